@@ -1,0 +1,7 @@
+#include "datastore/SampleData.h"
+
+namespace gm {
+
+void loadSampleMill(const Conn&) {}
+
+} // namespace gm

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QStringList>
+
+#include <vector>
+
+namespace gm {
+
+class Conn;
+
+// One forward step of the schema. Each engine has its own statements; both must leave the
+// same tables, columns, keys and server routines behind.
+struct Migration {
+    int version;
+    QStringList sqlite;
+    QStringList postgres;
+};
+
+// Every step this program knows, in ascending version order.
+const std::vector<Migration>& schemaMigrations();
+int latestSchemaVersion();
+
+// Brings the database up to latestSchemaVersion(), each step in its own transaction, and
+// records each step in SchemaVersion. Throws DbError for a database newer than this program.
+void migrateSchema(const Conn& conn);
+int storedSchemaVersion(const Conn& conn);
+
+} // namespace gm
