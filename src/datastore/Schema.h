@@ -26,3 +26,10 @@ void migrateSchema(const Conn& conn);
 int storedSchemaVersion(const Conn& conn);
 
 } // namespace gm
+
+namespace gm {
+// The tables of the schema in their own spelling ("Arrivals", "PContracts"): catalogs may
+// report names folded to lower case, and messages must show them as the schema writes them.
+const QStringList& schemaTableNames();
+QString canonicalTableName(const QString& anyCase);
+} // namespace gm

@@ -8,3 +8,19 @@ const std::vector<Migration>& schemaMigrations() {
 }
 
 } // namespace gm
+
+namespace gm {
+
+const QStringList& schemaTableNames() {
+    static const QStringList names = {};
+    return names;
+}
+
+QString canonicalTableName(const QString& anyCase) {
+    for (const QString& n : schemaTableNames())
+        if (n.compare(anyCase, Qt::CaseInsensitive) == 0)
+            return n;
+    return anyCase;
+}
+
+} // namespace gm
