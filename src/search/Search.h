@@ -1,0 +1,153 @@
+#pragma once
+
+#include "entry/Forms.h"
+
+#include <QDate>
+#include <QDialog>
+#include <QString>
+
+#include <memory>
+
+class QComboBox;
+class QDateEdit;
+class QLineEdit;
+class QModelIndex;
+class QPushButton;
+class QStandardItemModel;
+class QTableView;
+
+namespace gm {
+
+struct PartyChoice {
+    QString SelectedPartyId, SelectedPartyName, SelectedCityName;
+    bool isEmpty() const { return SelectedPartyId.isEmpty(); }
+};
+
+// Each shows its screen modally with `owner` as parent and returns the choice; 0 or an empty
+// choice means the user closed without picking.
+PartyChoice showPartySearch(QWidget* owner, const Context& ctx);
+int showContractSearch(QWidget* owner, const Context& ctx);
+int showPurchaseSearch(QWidget* owner, const Context& ctx, int* selectedSellerId = nullptr);
+int showArrivalSearch(QWidget* owner, const Context& ctx);
+int showDFCPurchaseSearch(QWidget* owner, const Context& ctx);
+int showHProductionSearch(QWidget* owner, const Context& ctx);
+
+struct SearchDefinition; // what one document search lists and how; see Search.cpp
+
+// The common screen of the document searches: filters over a list of saved documents, and
+// one key handed back. Each search below is this screen with its own definition.
+class DocumentSearch : public QDialog {
+    Q_OBJECT
+public:
+    ~DocumentSearch() override;
+
+    int SelectedId() const { return m_selectedId; }
+    // Runs the screen's query again with the current filters.
+    void RunSearch();
+    // Picks the current row when there is one; does nothing on an empty list.
+    void Select();
+    int rowCount() const;
+
+protected:
+    DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    virtual void rowChosen(int row);
+    QVariant keyOfRow(int row, int column) const;
+
+    const Context& m_ctx;
+    const SearchDefinition& m_def;
+    QLineEdit* m_filter = nullptr;
+    QLineEdit* m_filterId = nullptr;
+    QDateEdit* m_from = nullptr;
+    QDateEdit* m_to = nullptr;
+    QTableView* m_grid = nullptr;
+    QStandardItemModel* m_rows = nullptr;
+    QPushButton* m_select = nullptr;
+    QPushButton* m_close = nullptr;
+    int m_selectedId = 0;
+
+private:
+    void buildUi();
+};
+
+class SchArrivals : public DocumentSearch {
+    Q_OBJECT
+public:
+    explicit SchArrivals(const Context& ctx, QWidget* owner = nullptr);
+};
+
+class SchPurchase : public DocumentSearch {
+    Q_OBJECT
+public:
+    explicit SchPurchase(const Context& ctx, QWidget* owner = nullptr);
+    int SelectedSellerId() const { return m_selectedSellerId; }
+
+protected:
+    void rowChosen(int row) override;
+
+private:
+    int m_selectedSellerId = 0;
+};
+
+class SchPurchaseContract : public DocumentSearch {
+    Q_OBJECT
+public:
+    explicit SchPurchaseContract(const Context& ctx, QWidget* owner = nullptr);
+};
+
+class SchDFCPurchase : public DocumentSearch {
+    Q_OBJECT
+public:
+    explicit SchDFCPurchase(const Context& ctx, QWidget* owner = nullptr);
+};
+
+// Lists every hourly production once at load; the commodity combo finds instead of filters.
+class SchHProduction : public DocumentSearch {
+    Q_OBJECT
+public:
+    explicit SchHProduction(const Context& ctx, QWidget* owner = nullptr);
+    // Moves to the first row of that commodity (exact name); the last row when none has it,
+    // the first row for an empty text.
+    void FindCommodity(const QString& text);
+
+private:
+    QComboBox* m_commodity = nullptr;
+};
+
+// Finds a party for the party combos. Its key is text and three values come back.
+class SchParty : public QDialog {
+    Q_OBJECT
+public:
+    explicit SchParty(const Context& ctx, QWidget* owner = nullptr);
+
+    QString SelectedPartyId() const { return m_choice.SelectedPartyId; }
+    QString SelectedPartyName() const { return m_choice.SelectedPartyName; }
+    QString SelectedCityName() const { return m_choice.SelectedCityName; }
+    PartyChoice choice() const { return m_choice; }
+
+    void RunSearch();
+    // Moves to the party with exactly this key; the last row when there is none, the first
+    // row for an empty text.
+    void FindPartyId(const QString& text);
+    void Select();
+    int rowCount() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void buildUi();
+
+    const Context& m_ctx;
+    QLineEdit* m_filterId = nullptr;
+    QLineEdit* m_filter = nullptr;
+    QTableView* m_grid = nullptr;
+    QStandardItemModel* m_rows = nullptr;
+    QPushButton* m_select = nullptr;
+    QPushButton* m_close = nullptr;
+    PartyChoice m_choice;
+};
+
+} // namespace gm
