@@ -1,0 +1,75 @@
+#include "contracts/ContractValidation.h"
+
+#include "contracts/ContractStore.h"
+#include "services/Numeric.h"
+
+#include <cmath>
+
+namespace gm {
+
+namespace {
+
+const QString kAlert = QStringLiteral("Alert");
+
+ContractCheck refuse(const QString& message, const QString& focus) {
+    ContractCheck c;
+    c.ok = false;
+    c.message = message;
+    c.title = kAlert;
+    c.icon = ContractCheck::Icon::Exclamation;
+    c.focusControl = focus;
+    return c;
+}
+
+} // namespace
+
+qint64 contractNumber(const QString& text) {
+    return static_cast<qint64>(std::trunc(leadingNumber(text.trimmed())));
+}
+
+ContractCheck validateContract(const ContractEntry& e, const ContractKeys& keys) {
+    if (e.sellerText.trimmed().isEmpty() && e.brokerText.trimmed().isEmpty())
+        return refuse(QStringLiteral("Please select a broker and try again"),
+                      QStringLiteral("CboBroker"));
+
+    const qint64 number = contractNumber(e.contractIdText);
+    // A number below 1 cannot be a key that others will look up: draw a real one.
+    if (e.contractIdText.trimmed().isEmpty() || number <= 0) {
+        ContractCheck c;
+        c.ok = false;
+        c.message = QStringLiteral("Invalid purchase Id. A new Purchase has been automatically "
+                                   "generated. Please save again");
+        c.newContractId = keys.nextContractId();
+        return c;
+    }
+
+    if (!e.isOpened && keys.exists(number)) {
+        ContractCheck c = refuse(QStringLiteral("The Contract ID already exists. A new ID has "
+                                                "been generated. Please save your record again"),
+                                 QString());
+        c.newContractId = keys.nextContractId();
+        return c;
+    }
+
+    if (e.sellerText.trimmed().isEmpty() || e.sellerKey.trimmed().isEmpty())
+        return refuse(QStringLiteral("Please select a seller and try again"),
+                      QStringLiteral("CboSeller"));
+    if (e.commodityText.trimmed().isEmpty() || e.commodityKey.trimmed().isEmpty())
+        return refuse(QStringLiteral("Please select a Commodity and try again"),
+                      QStringLiteral("CboCommodity"));
+    if (e.contractModeText.trimmed().isEmpty())
+        return refuse(QStringLiteral("Please select a valid Contract Mode and try again"),
+                      QStringLiteral("CboContractMode"));
+    if (e.unitKey.trimmed().isEmpty())
+        return refuse(QStringLiteral("Please select a valid Unit and try again"),
+                      QStringLiteral("CboUnit"));
+    if (leadingNumber(e.quantityText) <= 0)
+        return refuse(QStringLiteral("Quantity must be greater than 0."),
+                      QStringLiteral("TxtQuantity"));
+    if (leadingNumber(e.ratePerUnitText) <= 0)
+        return refuse(QStringLiteral("Rate must be greater than 0"),
+                      QStringLiteral("TxtRatePerUnit"));
+    return ContractCheck::passed();
+}
+
+} // namespace gm
