@@ -1,18 +1,45 @@
 #include "datastore/Schema.h"
+#include "datastore/SchemaParts.h"
 
 namespace gm {
 
 const std::vector<Migration>& schemaMigrations() {
-    static const std::vector<Migration> all = {};
+    static const std::vector<Migration> all = {
+        {1, schema::tableStatements(Engine::SQLite), schema::tableStatements(Engine::PostgreSQL)},
+        {2, schema::sqliteRoutineStatements(), schema::postgresRoutineStatements()},
+    };
     return all;
 }
 
-} // namespace gm
-
-namespace gm {
-
 const QStringList& schemaTableNames() {
-    static const QStringList names = {};
+    static const QStringList names = {
+        QStringLiteral("Cities"),
+        QStringLiteral("ChartOfAccounts"),
+        QStringLiteral("Parties"),
+        QStringLiteral("Units"),
+        QStringLiteral("BagsTypes"),
+        QStringLiteral("BagsClasses"),
+        QStringLiteral("Commodities"),
+        QStringLiteral("Processes"),
+        QStringLiteral("ProcessComponents"),
+        QStringLiteral("PRCenters"),
+        QStringLiteral("LedgerEntries"),
+        QStringLiteral("PContracts"),
+        QStringLiteral("DFCPayments"),
+        QStringLiteral("AuthorityLetters"),
+        QStringLiteral("Arrivals"),
+        QStringLiteral("ArrivalsBody"),
+        QStringLiteral("Purchases"),
+        QStringLiteral("PurchaseBody"),
+        QStringLiteral("DailyProduction"),
+        QStringLiteral("Consumption"),
+        QStringLiteral("Production"),
+        QStringLiteral("HourlyProduction"),
+        QStringLiteral("HProductionBody"),
+        QStringLiteral("CurrentStock"),
+        QStringLiteral("BagsCurrentStock"),
+        QStringLiteral("SchemaVersion"),
+    };
     return names;
 }
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "datastore/Conn.h"
+
+#include <QStringList>
+
+// The pieces that the migrations are assembled from, one per concern and engine.
+namespace gm::schema {
+
+// Tables, keys and indexes, in an order in which every referenced table comes first.
+QStringList tableStatements(Engine engine);
+// The server routines and the stock triggers.
+QStringList sqliteRoutineStatements();
+QStringList postgresRoutineStatements();
+
+} // namespace gm::schema
