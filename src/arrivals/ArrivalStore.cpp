@@ -1,0 +1,300 @@
+#include "arrivals/ArrivalStore.h"
+
+#include "arrivals/ArrivalLines.h"
+#include "datastore/Conn.h"
+#include "services/Lookups.h"
+#include "services/Numeric.h"
+#include "services/ReferentialGuard.h"
+
+namespace gm {
+
+namespace {
+
+QVariant nullKey(qint64 key) {
+    return key != 0 ? QVariant(key) : QVariant(QMetaType(QMetaType::LongLong));
+}
+
+QVariant nullText(const QString& text) {
+    return nullIfEmpty(text);
+}
+
+} // namespace
+
+QString arrivalRemoveRefusal(const QString& table) {
+    return QStringLiteral("Cannot remove this invoice because it is used in (") + table +
+           QStringLiteral(") table");
+}
+
+int ArrivalStore::nextArrivalId() const {
+    return int(toInt(scalar(m_conn, QStringLiteral("SELECT COALESCE(MAX(ArrivalId), 0) + 1 FROM "
+                                                   "Arrivals"))));
+}
+
+bool ArrivalStore::exists(int arrivalId) const {
+    return toInt(scalar(m_conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?"),
+                        {arrivalId})) > 0;
+}
+
+LookupList ArrivalStore::contracts() const {
+    return loadList(m_conn, QStringLiteral("SELECT PContracts.ContractId AS Name, "
+                                           "FunGetPartyName(PContracts.PartyId) AS ID "
+                                           "FROM PContracts INNER JOIN ChartOfAccounts "
+                                           "ON PContracts.PartyId = ChartOfAccounts.AccountNo "
+                                           "WHERE PContracts.ContractId NOT IN "
+                                           "(SELECT COALESCE(ContractId, 0) FROM Arrivals) "
+                                           "ORDER BY PContracts.ContractId"));
+}
+
+std::optional<ContractDefaults> ArrivalStore::contractDefaults(qint64 contractId) const {
+    Query q(m_conn,
+            QStringLiteral("SELECT PContracts.PartyId, FunGetPartyName(PContracts.PartyId), "
+                           "PContracts.CommodityId, FunGetCommodity(PContracts.CommodityId) "
+                           "FROM PContracts INNER JOIN ChartOfAccounts "
+                           "ON PContracts.PartyId = ChartOfAccounts.AccountNo "
+                           "INNER JOIN Commodities "
+                           "ON PContracts.CommodityId = Commodities.CommodityId "
+                           "WHERE PContracts.ContractId = ?"));
+    q.bind(contractId).exec();
+    if (!q.next())
+        return std::nullopt;
+    return ContractDefaults{toText(q.value(0)), toText(q.value(1)), toInt(q.value(2)),
+                            toText(q.value(3))};
+}
+
+std::optional<CommodityDefaults> ArrivalStore::commodityDefaults(qint64 commodityId) const {
+    Query q(m_conn, QStringLiteral("SELECT BagsTypes.BagsType, BagsTypes.BagCapacity "
+                                   "FROM Commodities INNER JOIN BagsTypes "
+                                   "ON Commodities.DefaultBagsTypeID = BagsTypes.BagsTypeId "
+                                   "WHERE Commodities.CommodityId = ?"));
+    q.bind(commodityId).exec();
+    if (!q.next())
+        return std::nullopt;
+    return CommodityDefaults{toText(q.value(0)), toDouble(q.value(1))};
+}
+
+LookupList ArrivalStore::prCentres() const {
+    return loadList(m_conn,
+                    QStringLiteral("SELECT AuthorityLetters.CenterId AS ID, "
+                                   "PRCenters.CenterName AS Name "
+                                   "FROM AuthorityLetters INNER JOIN PRCenters "
+                                   "ON AuthorityLetters.CenterId = PRCenters.CenterId "
+                                   "GROUP BY AuthorityLetters.CenterId, PRCenters.CenterName "
+                                   "ORDER BY PRCenters.CenterName"));
+}
+
+LookupList ArrivalStore::permits() const {
+    return loadList(m_conn, QStringLiteral("SELECT PermitNo AS Name, 0 AS ID FROM AuthorityLetters "
+                                           "ORDER BY PermitNo"));
+}
+
+RemainingQuota ArrivalStore::remaining(qint64 centerId) const {
+    Query arrived(m_conn, QStringLiteral("SELECT COALESCE(SUM(ab.NoOfBags), 0), "
+                                         "COALESCE(SUM(ab.NetWeight), 0) "
+                                         "FROM Arrivals a INNER JOIN ArrivalsBody ab "
+                                         "ON a.ArrivalId = ab.ArrivalId WHERE a.CenterId = ?"));
+    arrived.bind(centerId).exec();
+    double bags = 0, weight = 0;
+    if (arrived.next()) {
+        bags = toDouble(arrived.value(0));
+        weight = toDouble(arrived.value(1));
+    }
+    Query allowed(m_conn, QStringLiteral("SELECT COALESCE(SUM(NoOfBags), 0), "
+                                         "COALESCE(SUM(TotalWeight), 0) "
+                                         "FROM AuthorityLetters WHERE CenterId = ?"));
+    allowed.bind(centerId).exec();
+    RemainingQuota r;
+    if (allowed.next()) {
+        r.bags = toDouble(allowed.value(0)) - bags;
+        r.weight = roundHalfEven(toDouble(allowed.value(1)) - weight, 2);
+    }
+    return r;
+}
+
+std::optional<PermitRates> ArrivalStore::permitRates(qint64 centerId, qint64 commodityId) const {
+    // One value per letter joined: the average is weighted by the number of letters, and the
+    // permit itself plays no part in the price.
+    Query avg(m_conn, QStringLiteral("SELECT AVG(DFCPayments.RatePerUnit), "
+                                     "AVG(DFCPayments.PricePerBag), COUNT(*) "
+                                     "FROM DFCPayments INNER JOIN AuthorityLetters "
+                                     "ON DFCPayments.PaymentId = AuthorityLetters.PaymentId "
+                                     "WHERE AuthorityLetters.CenterId = ? "
+                                     "AND DFCPayments.CommodityId = ?"));
+    avg.bind({centerId, commodityId}).exec();
+    if (!avg.next() || toInt(avg.value(2)) == 0)
+        return std::nullopt;
+    PermitRates rates;
+    rates.ratePerUnit = roundHalfEven(toDouble(avg.value(0)), 4);
+    rates.pricePerBag = roundHalfEven(toDouble(avg.value(1)), 4);
+    Query unit(m_conn, QStringLiteral("SELECT DFCPayments.RateUnitId "
+                                      "FROM DFCPayments INNER JOIN AuthorityLetters "
+                                      "ON DFCPayments.PaymentId = AuthorityLetters.PaymentId "
+                                      "WHERE AuthorityLetters.CenterId = ? "
+                                      "AND DFCPayments.CommodityId = ? "
+                                      "ORDER BY DFCPayments.PaymentId"));
+    unit.bind({centerId, commodityId}).exec();
+    if (unit.next())
+        rates.rateUnitId = toInt(unit.value(0));
+    return rates;
+}
+
+QString ArrivalStore::partyDisplayName(const QString& accountNo) const {
+    return toText(scalar(m_conn,
+                         QStringLiteral("SELECT FunGetPartyName(AccountNo) FROM ChartOfAccounts "
+                                        "WHERE AccountNo = ?"),
+                         {accountNo}));
+}
+
+std::optional<ArrivalDocument> ArrivalStore::load(int arrivalId) const {
+    Query head(m_conn,
+               QStringLiteral("SELECT A.ArrivalId, A.ArrivalDate, A.PermitNo, A.CenterId, "
+                              "PRCenters.CenterName, A.CommodityId, "
+                              "FunGetCommodity(A.CommodityId), A.SellerId, "
+                              "FunGetPartyName(Parties.PartyId), A.ContractId "
+                              "FROM Arrivals A INNER JOIN Parties "
+                              "ON A.SellerId = Parties.PartyId "
+                              "LEFT OUTER JOIN PRCenters ON A.CenterId = PRCenters.CenterId "
+                              "WHERE A.ArrivalId = ?"));
+    head.bind(arrivalId).exec();
+    if (!head.next())
+        return std::nullopt;
+    ArrivalDocument doc;
+    doc.arrivalId = int(toInt(head.value(0)));
+    doc.arrivalDate = toDate(head.value(1));
+    doc.permitNo = toText(head.value(2));
+    doc.centerId = toInt(head.value(3));
+    doc.centerName = toText(head.value(4));
+    doc.commodityId = toInt(head.value(5));
+    doc.commodityName = toText(head.value(6));
+    doc.sellerId = toText(head.value(7));
+    doc.sellerName = toText(head.value(8));
+    doc.contractId = toInt(head.value(9));
+
+    Query lines(m_conn,
+                QStringLiteral("SELECT ab.VehicleNo, ab.BagsClassId, bc.BagsClass, ab.BagsTypeId, "
+                               "bt.BagsType, ab.NoOfBags, ab.BagWeight, ab.BagsDeduction, "
+                               "ab.OtherDeduction, ab.DriverName, ab.BiltyNo, ab.RateUnit, "
+                               "ab.BagsRate, ab.RateUnitId, u.UnitName, u.WeightInKgs, "
+                               "ab.NetWeight "
+                               "FROM ArrivalsBody ab "
+                               "INNER JOIN BagsClasses bc ON ab.BagsClassId = bc.BagsClassId "
+                               "INNER JOIN BagsTypes bt ON ab.BagsTypeId = bt.BagsTypeId "
+                               "LEFT OUTER JOIN Units u ON ab.RateUnitId = u.UnitId "
+                               "WHERE ab.ArrivalId = ?"));
+    lines.bind(arrivalId).exec();
+    while (lines.next()) {
+        ArrivalLineData l;
+        l.vehicleNo = toText(lines.value(0));
+        l.bagsClassId = toInt(lines.value(1));
+        l.bagsClass = toText(lines.value(2));
+        l.bagsTypeId = toInt(lines.value(3));
+        l.bagsType = toText(lines.value(4));
+        l.noOfBags = toDouble(lines.value(5));
+        l.bagWeight = toDouble(lines.value(6));
+        l.bagsDeduction = toDouble(lines.value(7));
+        l.otherDeduction = toDouble(lines.value(8));
+        l.driverName = toText(lines.value(9));
+        l.biltyNo = toText(lines.value(10));
+        l.rateUnit = toDouble(lines.value(11));
+        l.bagsRate = toDouble(lines.value(12));
+        l.rateUnitId = toInt(lines.value(13));
+        l.rateUnitName =
+            l.rateUnitId ? unitDisplayName(lines.value(14), lines.value(15)) : QString();
+        l.weightInKgs = toDouble(lines.value(15));
+        l.netWeight = toDouble(lines.value(16));
+        doc.lines.push_back(l);
+    }
+    // An arrival without vehicles is no arrival to open.
+    if (doc.lines.empty())
+        return std::nullopt;
+    return doc;
+}
+
+int ArrivalStore::isInvoiced(int arrivalId) const {
+    return int(toInt(scalar(m_conn,
+                            QStringLiteral("SELECT MIN(PurchaseId) FROM PurchaseBody "
+                                           "WHERE ArrivalId = ?"),
+                            {arrivalId})));
+}
+
+void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
+    for (int i = 0; i < int(a.lines.size()); ++i)
+        if (!(a.lines[size_t(i)].bagWeight > 0))
+            throw ArrivalRefusal(standardRefusal(ColBags), ArrivalRefusal::Icon::Information, i);
+
+    Transaction tx(m_conn);
+    if (isInvoiced(a.arrivalId) != 0)
+        throw ArrivalRefusal(kArrivalUpdateRefusal, ArrivalRefusal::Icon::Exclamation);
+
+    const QVariant date = a.arrivalDate;
+    const QVariant permit =
+        a.centerId ? nullText(a.permitNo) : QVariant(QMetaType(QMetaType::QString));
+    const QVariant center = nullKey(a.centerId);
+    const QVariant contract = nullKey(a.contractId);
+
+    bool insertHead = isNew;
+    if (isNew) {
+        // Another clerk may have saved this key since it was drawn; never write over theirs.
+        if (exists(a.arrivalId))
+            throw DbError(QStringLiteral("The Arrival ID already exists. A new ID has been "
+                                         "generated. Please save your record again"),
+                          QStringLiteral("Alert"));
+    } else {
+        // Unpost before anything changes, so the stock lets go of the lines as they were.
+        Query unpost(m_conn,
+                     QStringLiteral("UPDATE Arrivals SET IsPosted = 0 WHERE ArrivalId = ?"));
+        unpost.bind(a.arrivalId).exec();
+        if (unpost.numRowsAffected() > 0) {
+            Query(m_conn, QStringLiteral("UPDATE Arrivals SET ArrivalDate = ?, PermitNo = ?, "
+                                         "CenterId = ?, CommodityId = ?, SellerId = ?, "
+                                         "ContractId = ?, IsPosted = 0 WHERE ArrivalId = ?"))
+                .bind({date, permit, center, a.commodityId, a.sellerId, contract, a.arrivalId})
+                .exec();
+        } else {
+            insertHead = true; // removed meanwhile: saved afresh under its key
+        }
+    }
+    if (insertHead)
+        Query(m_conn, QStringLiteral("INSERT INTO Arrivals (ArrivalId, ArrivalDate, PermitNo, "
+                                     "CenterId, CommodityId, SellerId, ContractId, IsPosted) "
+                                     "VALUES (?, ?, ?, ?, ?, ?, ?, 0)"))
+            .bind({a.arrivalId, date, permit, center, a.commodityId, a.sellerId, contract})
+            .exec();
+
+    execute(m_conn, QStringLiteral("DELETE FROM ArrivalsBody WHERE ArrivalId = ?"), {a.arrivalId});
+    for (const ArrivalLineData& l : a.lines) {
+        Query(m_conn,
+              QStringLiteral("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo, "
+                             "VehicleNoText, BagsClassId, BagsTypeId, NoOfBags, BagWeight, "
+                             "BagsDeduction, OtherDeduction, NetWeight, DriverName, BiltyNo, "
+                             "RateUnit, BagsRate, Cost, BagsCost, RateUnitId) "
+                             "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"))
+            .bind({a.arrivalId, a.commodityId, l.vehicleNo, l.vehicleNo, l.bagsClassId,
+                   l.bagsTypeId, l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction,
+                   storedNetWeight(l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction),
+                   nullText(l.driverName), nullText(l.biltyNo), l.rateUnit, l.bagsRate,
+                   lineCostPerKg(l.rateUnit, l.weightInKgs), l.bagsRate, nullKey(l.rateUnitId)})
+            .exec();
+    }
+    execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 1 WHERE ArrivalId = ?"),
+            {a.arrivalId});
+    tx.commit();
+}
+
+void ArrivalStore::remove(int arrivalId) {
+    Transaction tx(m_conn);
+    QString table = FindReferencingTable(m_conn, QStringLiteral("Arrivals"),
+                                         {{QStringLiteral("ArrivalId"), arrivalId}},
+                                         {QStringLiteral("ArrivalsBody")});
+    // Invoice lines point at the vehicles rather than the head, so they are asked directly.
+    if (table.isEmpty() && isInvoiced(arrivalId) != 0)
+        table = QStringLiteral("PurchaseBody");
+    if (!table.isEmpty())
+        throw ArrivalRefusal(arrivalRemoveRefusal(table), ArrivalRefusal::Icon::Exclamation);
+    execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 0 WHERE ArrivalId = ?"),
+            {arrivalId});
+    execute(m_conn, QStringLiteral("DELETE FROM ArrivalsBody WHERE ArrivalId = ?"), {arrivalId});
+    execute(m_conn, QStringLiteral("DELETE FROM Arrivals WHERE ArrivalId = ?"), {arrivalId});
+    tx.commit();
+}
+
+} // namespace gm
