@@ -1,104 +1,745 @@
 #include "search/Search.h"
 
+#include "datastore/Conn.h"
+#include "datastore/Sql.h"
+#include "search/SearchRows.h"
+#include "services/Lookups.h"
+#include "services/Numeric.h"
+
+#include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
-#include <QStandardItemModel>
 #include <QTableView>
+#include <QVBoxLayout>
+
+#include <vector>
 
 namespace gm {
 
+// What the user has set on a search screen when its query runs.
+struct SearchFilters {
+    QDate from;
+    QDate to;
+    bool byId = false;
+    qint64 id = 0;
+    QString name;
+};
+
 struct SearchDefinition {
-    QString objectName;
-    QString caption;
+    const char* objectName;
+    const char* caption;
+    const char* fromName; // null when the screen has no date range
+    const char* toName;
+    bool nameFilter;
+    bool idFilter;
+    bool periodFromHost; // default dates from the host's period instead of the last year
+    std::vector<SearchColumn> columns;
+    int keyField;
+    // The statement for these filters, with its values appended to `binds` in order.
+    QString (*statement)(const Conn& conn, const SearchFilters& f, QVariantList& binds);
 };
 
 namespace {
-const SearchDefinition kArrivals{QStringLiteral("SchArrivals"), QStringLiteral("Search Arrivals")};
-const SearchDefinition kPurchase{QStringLiteral("SchPurchase"), QStringLiteral("Search Purchase")};
-const SearchDefinition kContract{QStringLiteral("SchPurchaseContract"),
-                                 QStringLiteral("Search Purchase Contract")};
-const SearchDefinition kDfc{QStringLiteral("SchDFCPurchase"),
-                            QStringLiteral("Search DFC Purchase")};
-const SearchDefinition kHourly{QStringLiteral("SchHProduction"),
-                               QStringLiteral("Search Hourly Production")};
+
+// A party as every list shows it: account name, a hyphen and the city, with no blanks; a
+// party without a city shows its name alone, and one without an account has no name.
+QString partyName(const char* account, const char* city) {
+    return QStringLiteral("(CASE WHEN %2.CityName IS NULL THEN %1.AccountName "
+                          "ELSE %1.AccountName || '-' || %2.CityName END)")
+        .arg(QLatin1String(account), QLatin1String(city));
+}
+
+// The date range includes both ends. Comparing with the day after the end keeps rows whose
+// stored date carries a time of day as well.
+QString dateRange(const char* column, const SearchFilters& f, QVariantList& binds) {
+    binds << f.from << f.to.addDays(1);
+    return QStringLiteral(" WHERE %1 >= ? AND %1 < ?").arg(QLatin1String(column));
+}
+
+QString nameCondition(const Conn& conn, const QString& expression, const QString& pattern,
+                      QVariantList& binds) {
+    binds << pattern;
+    return QStringLiteral(" AND %1 %2 ?").arg(expression, conn.likeOperator());
+}
+
+QString containing(const QString& text) {
+    return QLatin1Char('%') + text + QLatin1Char('%');
+}
+
+QString arrivalsSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
+    const QString seller = partyName("ca", "ci");
+    QString sql = QStringLiteral("SELECT a.ArrivalId, a.ArrivalDate, %1 AS AccountName, "
+                                 "co.CommodityName AS Commodity "
+                                 "FROM Arrivals a "
+                                 "INNER JOIN Commodities co ON a.CommodityId = co.CommodityId "
+                                 "INNER JOIN Parties p ON a.SellerId = p.PartyId "
+                                 "INNER JOIN ChartOfAccounts ca ON p.PartyId = ca.AccountNo "
+                                 "LEFT JOIN Cities ci ON p.CityId = ci.CityId")
+                      .arg(seller);
+    sql += dateRange("a.ArrivalDate", f, binds);
+    if (f.byId) {
+        sql += QStringLiteral(" AND a.ArrivalId = ?");
+        binds << f.id;
+    }
+    if (!f.name.isEmpty())
+        sql += nameCondition(conn, seller, containing(f.name), binds);
+    return sql + QStringLiteral(" ORDER BY a.ArrivalId DESC");
+}
+
+QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
+    const QString seller = partyName("sa", "sc");
+    const QString broker = partyName("ba", "bc");
+    // Each line is valued and rounded on its own before the invoice's lines are added, as
+    // the invoice itself does; a line whose arrival is gone adds nothing.
+    QString sql =
+        QStringLiteral(
+            "SELECT pu.PurchaseId, pu.PurchaseDate, %1 AS BrokerName, %2 AS SellerName, "
+            "SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit / NULLIF(u.WeightInKgs, 0) "
+            "AS NUMERIC), 2)) AS Value, pu.SellerId "
+            "FROM Purchases pu "
+            "INNER JOIN PurchaseBody pb ON pu.PurchaseId = pb.PurchaseId "
+            "LEFT JOIN (Arrivals a "
+            "INNER JOIN Commodities co ON a.CommodityId = co.CommodityId "
+            "INNER JOIN Units u ON co.RateUnitId = u.UnitId) ON a.ArrivalId = pb.ArrivalId "
+            "LEFT JOIN ChartOfAccounts sa ON sa.AccountNo = pu.SellerId "
+            "LEFT JOIN Parties sp ON sp.PartyId = pu.SellerId "
+            "LEFT JOIN Cities sc ON sc.CityId = sp.CityId "
+            "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = pu.BrokerId "
+            "LEFT JOIN Parties bp ON bp.PartyId = pu.BrokerId "
+            "LEFT JOIN Cities bc ON bc.CityId = bp.CityId")
+            .arg(broker, seller);
+    sql += dateRange("pu.PurchaseDate", f, binds);
+    if (!f.name.isEmpty())
+        sql += nameCondition(conn, seller, containing(f.name), binds);
+    if (f.byId) {
+        sql += QStringLiteral(" AND pu.PurchaseId = ?");
+        binds << f.id;
+    }
+    return sql + QStringLiteral(" GROUP BY pu.PurchaseId, pu.PurchaseDate, pu.SellerId, "
+                                "pu.BrokerId, sa.AccountName, sc.CityName, ba.AccountName, "
+                                "bc.CityName ORDER BY pu.PurchaseId DESC");
+}
+
+QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
+    // The broker is joined from the outside so that a contract without one stays listed.
+    QString sql = QStringLiteral(
+        "SELECT pc.ContractId, pc.ContractDate, ba.AccountName AS Broker, "
+        "sa.AccountName AS Seller, pc.Quantity, pc.ContractMode, pc.BrokerId, pc.PartyId "
+        "FROM PContracts pc "
+        "INNER JOIN Parties s ON pc.PartyId = s.PartyId "
+        "INNER JOIN ChartOfAccounts sa ON s.PartyId = sa.AccountNo "
+        "LEFT JOIN (Parties b INNER JOIN ChartOfAccounts ba ON b.PartyId = ba.AccountNo) "
+        "ON b.PartyId = pc.BrokerId");
+    sql += dateRange("pc.ContractDate", f, binds);
+    if (!f.name.isEmpty())
+        sql += nameCondition(conn, QStringLiteral("sa.AccountName"), containing(f.name), binds);
+    return sql + QStringLiteral(" ORDER BY pc.ContractId DESC");
+}
+
+QString dfcSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
+    QString sql = QStringLiteral(
+        "SELECT d.PaymentId, d.PaymentDate, co.CommodityName, d.TotalWeight AS TTLWeight, "
+        "SUM(d.TTLValueWheet + d.TTLValueBags) AS GrossValue "
+        "FROM DFCPayments d INNER JOIN Commodities co ON d.CommodityId = co.CommodityId");
+    sql += dateRange("d.PaymentDate", f, binds);
+    // The commodity filter matches the beginning of the name only.
+    if (!f.name.isEmpty())
+        sql += nameCondition(conn, QStringLiteral("co.CommodityName"), f.name + QLatin1Char('%'),
+                             binds);
+    return sql + QStringLiteral(" GROUP BY d.PaymentId, d.PaymentDate, co.CommodityName, "
+                                "d.TotalWeight ORDER BY d.PaymentId");
+}
+
+QString hourlySql(const Conn&, const SearchFilters&, QVariantList&) {
+    // A serial with two commodities stands on two rows.
+    return QStringLiteral("SELECT h.SerialNo, h.ProcessTime, co.CommodityName "
+                          "FROM HourlyProduction h "
+                          "INNER JOIN HProductionBody hb ON h.SerialNo = hb.SerialNo "
+                          "INNER JOIN Commodities co ON hb.CommodityId = co.CommodityId "
+                          "GROUP BY h.SerialNo, h.ProcessTime, co.CommodityName "
+                          "ORDER BY h.SerialNo, co.CommodityName");
+}
+
+using F = CellFormat;
+
+const SearchDefinition kArrivals{"SchArrivals",
+                                 "Search Arrivals",
+                                 "DtpFromDate",
+                                 "DtpToDate",
+                                 true,
+                                 true,
+                                 false,
+                                 {{"ArrivalID", 0, F::Number, 80},
+                                  {"Arrival Date", 1, F::Date, 90},
+                                  {"Party Name", 2, F::Text, 260},
+                                  {"Commodity", 3, F::Text, 160}},
+                                 0,
+                                 arrivalsSql};
+
+const SearchDefinition kPurchase{"SchPurchase",
+                                 "Search Purchase",
+                                 "DtpFromDate",
+                                 "DtpToDate",
+                                 true,
+                                 true,
+                                 false,
+                                 {{"ContractID", 0, F::Number, 80},
+                                  {"Date", 1, F::Date, 90},
+                                  {"Broker", 2, F::Text, 180},
+                                  {"Seller", 3, F::Text, 180},
+                                  {"Amount", 4, F::Fixed, 110}},
+                                 0,
+                                 purchaseSql};
+
+const SearchDefinition kContract{"SchPurchaseContract",
+                                 "Search Purchase Contract",
+                                 "DtpFromDate",
+                                 "DtpToDate",
+                                 true,
+                                 false,
+                                 false,
+                                 {{"ContractID", 0, F::Number, 80},
+                                  {"Date", 1, F::Date, 90},
+                                  {"Broker", 2, F::Text, 180},
+                                  {"Seller", 3, F::Text, 180},
+                                  {"Quantity", 4, F::QuantityWithMode, 100}},
+                                 0,
+                                 contractSql};
+
+const SearchDefinition kDfc{"SchDFCPurchase",
+                            "Search DFC Purchase",
+                            "DtpFrom",
+                            "Dtpto",
+                            true,
+                            false,
+                            true,
+                            {{"ContractID", 0, F::Number, 80},
+                             {"Date", 1, F::Date, 90},
+                             {"Commodity", 2, F::Text, 180},
+                             {"Total Weight", 3, F::Number, 110},
+                             {"Gross Amount", 4, F::Fixed, 120}},
+                            0,
+                            dfcSql};
+
+const SearchDefinition kHourly{"SchHProduction",
+                               "Search Hourly Production",
+                               nullptr,
+                               nullptr,
+                               false,
+                               false,
+                               false,
+                               {{"ArrivalID", 0, F::Number, 80},
+                                {"Process Time", 1, F::DateHour, 150},
+                                {"Commodity", 2, F::Text, 220}},
+                               0,
+                               hourlySql};
+
+void showError(QWidget* parent, const DbError& e) {
+    QMessageBox::critical(parent, e.source(), e.description(), QMessageBox::Ok);
+}
+
+const Conn& connOf(const Context& ctx) {
+    if (!ctx.conn)
+        throw DbError(QStringLiteral("The database connection has not been set up."),
+                      QStringLiteral("grainmill"));
+    return *ctx.conn;
+}
+
+bool isEnter(const QKeyEvent* key) {
+    return key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+}
+
+QTableView* makeGrid(QWidget* parent, SearchRowsModel* rows, const char* name) {
+    auto* grid = new QTableView(parent);
+    grid->setObjectName(QLatin1String(name));
+    grid->setModel(rows);
+    grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid->setTabKeyNavigation(false);
+    grid->verticalHeader()->setVisible(false);
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 6);
+    grid->horizontalHeader()->setStretchLastSection(true);
+    for (int c = 0; c < rows->columnCount(); ++c)
+        grid->setColumnWidth(c, rows->columnWidth(c));
+    return grid;
+}
+
 } // namespace
+
+// ---------------------------------------------------------------------------------------------
 
 DocumentSearch::DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner)
     : QDialog(owner), m_ctx(ctx), m_def(def) {
-    setObjectName(def.objectName);
-    setWindowTitle(def.caption);
+    setObjectName(QLatin1String(def.objectName));
+    setWindowTitle(QLatin1String(def.caption));
+    m_rows = new SearchRowsModel(def.columns, this);
+    buildUi();
 }
+
 DocumentSearch::~DocumentSearch() = default;
-void DocumentSearch::RunSearch() {}
-void DocumentSearch::Select() {}
-int DocumentSearch::rowCount() const {
-    return 0;
+
+void DocumentSearch::buildUi() {
+    auto* layout = new QVBoxLayout(this);
+    auto* filters = new QGridLayout;
+    layout->addLayout(filters);
+    int col = 0;
+    auto addField = [&](const QString& label, QWidget* field) {
+        filters->addWidget(new QLabel(label, this), 0, col);
+        filters->addWidget(field, 1, col);
+        ++col;
+    };
+    if (m_def.nameFilter) {
+        m_filter = new QLineEdit(this);
+        m_filter->setObjectName(QStringLiteral("TxtFilter"));
+        addField(QStringLiteral("Name:"), m_filter);
+    }
+    if (m_def.idFilter) {
+        m_filterId = new QLineEdit(this);
+        m_filterId->setObjectName(QStringLiteral("TxtFilterId"));
+        addField(QStringLiteral("ID"), m_filterId);
+    }
+    if (m_def.fromName) {
+        QDate from = QDate::currentDate().addDays(-365);
+        QDate to = QDate::currentDate();
+        if (m_def.periodFromHost && m_ctx.settings) {
+            const HostSettingsValues host = m_ctx.settings->values();
+            from = host.PeriodStart;
+            to = host.PeriodEnd;
+        }
+        auto makeDate = [this](const char* name, const QDate& value) {
+            auto* edit = new QDateEdit(this);
+            edit->setObjectName(QLatin1String(name));
+            edit->setDisplayFormat(QLatin1String(kDateFormat));
+            edit->setCalendarPopup(true);
+            edit->setMinimumDate(QDate(1900, 1, 1));
+            edit->setDate(value);
+            return edit;
+        };
+        m_from = makeDate(m_def.fromName, from);
+        m_to = makeDate(m_def.toName, to);
+        addField(QStringLiteral("From Date"), m_from);
+        addField(QStringLiteral("To Date"), m_to);
+    }
+    m_extra = new QWidget(this);
+    m_extra->setLayout(new QHBoxLayout);
+    m_extra->layout()->setContentsMargins(0, 0, 0, 0);
+    filters->addWidget(m_extra, 0, col, 2, 1);
+    filters->setColumnStretch(col + 1, 1);
+
+    m_grid = makeGrid(this, m_rows, "GrdSch");
+    layout->addWidget(m_grid, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    m_select = new QPushButton(QStringLiteral("Select"), this);
+    m_select->setObjectName(QStringLiteral("BtnSelect"));
+    m_close = new QPushButton(QStringLiteral("Close"), this);
+    m_close->setObjectName(QStringLiteral("BtnClose"));
+    buttons->addWidget(m_select);
+    buttons->addWidget(m_close);
+    layout->addLayout(buttons);
+    resize(720, 480);
+
+    connect(m_select, &QPushButton::clicked, this, &DocumentSearch::Select);
+    connect(m_close, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_grid, &QAbstractItemView::doubleClicked, this, [this] { Select(); });
+    if (m_filter)
+        connect(m_filter, &QLineEdit::textChanged, this, &DocumentSearch::RunSearch);
+    if (m_filterId)
+        connect(m_filterId, &QLineEdit::textChanged, this, &DocumentSearch::RunSearch);
+    if (m_from) {
+        connect(m_from, &QDateEdit::dateChanged, this, &DocumentSearch::RunSearch);
+        connect(m_to, &QDateEdit::dateChanged, this, &DocumentSearch::RunSearch);
+    }
+    for (QWidget* w : findChildren<QWidget*>())
+        w->installEventFilter(this);
 }
+
+QWidget* DocumentSearch::topRowExtra() {
+    return m_extra;
+}
+
+void DocumentSearch::RunSearch() {
+    SearchFilters f;
+    if (m_from) {
+        f.from = m_from->date();
+        f.to = m_to->date();
+    }
+    if (m_filterId && !m_filterId->text().isEmpty()) {
+        // The number the text begins with: "12ab" looks for 12, letters alone for 0.
+        f.byId = true;
+        f.id = qint64(leadingNumber(m_filterId->text()));
+    }
+    if (m_filter)
+        f.name = m_filter->text();
+    try {
+        QVariantList binds;
+        const Conn& conn = connOf(m_ctx);
+        const QString sql = m_def.statement(conn, f, binds);
+        m_rows->load(conn, sql, binds);
+    } catch (const DbError& e) {
+        m_rows->clear();
+        showError(this, e);
+    }
+    moveToRow(0);
+}
+
+int DocumentSearch::rowCount() const {
+    return m_rows->rowCount();
+}
+
+int DocumentSearch::currentRow() const {
+    const QModelIndex current = m_grid->currentIndex();
+    return current.isValid() ? current.row() : -1;
+}
+
+QString DocumentSearch::cellText(int row, int column) const {
+    return m_rows->data(m_rows->index(row, column)).toString();
+}
+
+QVariant DocumentSearch::field(int row, int sqlColumn) const {
+    return m_rows->field(row, sqlColumn);
+}
+
+void DocumentSearch::moveToRow(int row) {
+    if (row < 0 || row >= m_rows->rowCount())
+        return;
+    const QModelIndex index = m_rows->index(row, 0);
+    m_grid->setCurrentIndex(index);
+    m_grid->scrollTo(index);
+}
+
+void DocumentSearch::Select() {
+    if (m_rows->rowCount() == 0)
+        return;
+    const int row = currentRow() >= 0 ? currentRow() : 0;
+    rowChosen(row);
+    accept();
+}
+
+void DocumentSearch::rowChosen(int row) {
+    m_selectedId = int(toInt(field(row, m_def.keyField)));
+}
+
 bool DocumentSearch::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        // Find which of the screen's controls the key went to (an inner part of a combo or a
+        // date field counts as the control itself).
+        QObject* o = watched;
+        while (o && o->parent() != this && o->parent() != m_extra)
+            o = o->parent();
+        if (auto* control = qobject_cast<QWidget*>(o))
+            if (handleKey(control, static_cast<QKeyEvent*>(event)))
+                return true;
+    }
     return QDialog::eventFilter(watched, event);
 }
-void DocumentSearch::keyPressEvent(QKeyEvent* event) {
-    QDialog::keyPressEvent(event);
+
+bool DocumentSearch::handleKey(QWidget* control, QKeyEvent* key) {
+    const bool ctrl = key->modifiers().testFlag(Qt::ControlModifier);
+    if (key->key() == Qt::Key_Escape || (ctrl && key->key() == Qt::Key_Q)) {
+        if (m_close->isEnabled())
+            m_close->click();
+        return true;
+    }
+    if (!isEnter(key))
+        return false;
+    if (control == m_grid) {
+        // Shift+Enter in the list picks only on the hourly search, whose list has no filter
+        // that could want the key.
+        const bool shift = key->modifiers().testFlag(Qt::ShiftModifier);
+        if (!shift || !m_def.fromName)
+            Select();
+        return true;
+    }
+    if (control == m_filter) {
+        Select();
+        return true;
+    }
+    if (control->objectName().startsWith(QLatin1String("Btn")))
+        return false; // the button presses itself
+    focusNextChild();
+    return true;
 }
-void DocumentSearch::rowChosen(int) {}
-QVariant DocumentSearch::keyOfRow(int, int) const {
-    return {};
-}
-void DocumentSearch::buildUi() {}
+
+// ---------------------------------------------------------------------------------------------
 
 SchArrivals::SchArrivals(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kArrivals, owner) {}
+    : DocumentSearch(ctx, kArrivals, owner) {
+    RunSearch();
+}
+
 SchPurchase::SchPurchase(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kPurchase, owner) {}
-void SchPurchase::rowChosen(int) {}
+    : DocumentSearch(ctx, kPurchase, owner) {
+    RunSearch();
+}
+
+void SchPurchase::rowChosen(int row) {
+    DocumentSearch::rowChosen(row);
+    m_selectedSellerId = int(toInt(field(row, 5)));
+}
+
 SchPurchaseContract::SchPurchaseContract(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kContract, owner) {}
+    : DocumentSearch(ctx, kContract, owner) {
+    RunSearch();
+}
+
 SchDFCPurchase::SchDFCPurchase(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kDfc, owner) {}
+    : DocumentSearch(ctx, kDfc, owner) {
+    RunSearch();
+}
+
 SchHProduction::SchHProduction(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kHourly, owner) {}
-void SchHProduction::FindCommodity(const QString&) {}
+    : DocumentSearch(ctx, kHourly, owner) {
+    auto* label = new QLabel(QStringLiteral("Commodity"), topRowExtra());
+    m_commodity = new QComboBox(topRowExtra());
+    m_commodity->setObjectName(QStringLiteral("CboCommodity"));
+    m_commodity->setEditable(true);
+    m_commodity->setInsertPolicy(QComboBox::NoInsert);
+    m_commodity->setMinimumWidth(220);
+    topRowExtra()->layout()->addWidget(label);
+    topRowExtra()->layout()->addWidget(m_commodity);
+    setTabOrder(m_commodity, m_grid);
+    m_commodity->installEventFilter(this);
+    if (m_commodity->lineEdit())
+        m_commodity->lineEdit()->installEventFilter(this);
+
+    try {
+        // Every commodity is offered, whatever its marks.
+        for (const LookupItem& item : loadCommodities(connOf(ctx), true, true, true))
+            m_commodity->addItem(item.name, item.key);
+    } catch (const DbError& e) {
+        showError(this, e);
+    }
+    m_commodity->setCurrentIndex(-1);
+    m_commodity->setEditText(QString());
+    RunSearch();
+    connect(m_commodity, &QComboBox::editTextChanged, this, &SchHProduction::FindCommodity);
+    m_commodity->setFocus();
+}
+
+void SchHProduction::FindCommodity(const QString& text) {
+    if (text.trimmed().isEmpty()) {
+        moveToRow(0);
+        return;
+    }
+    const int rows = m_rows->rowCount();
+    for (int r = 0; r < rows; ++r) {
+        if (toText(field(r, 2)).compare(text, Qt::CaseInsensitive) == 0) {
+            moveToRow(r);
+            return;
+        }
+    }
+    moveToRow(rows - 1);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+const std::vector<SearchColumn> kPartyColumns{
+    {"Party ID", 0, F::Text, 90}, {"Name", 1, F::Text, 260}, {"City", 2, F::Text, 160}};
+} // namespace
 
 SchParty::SchParty(const Context& ctx, QWidget* owner) : QDialog(owner), m_ctx(ctx) {
     setObjectName(QStringLiteral("SchParty"));
     setWindowTitle(QStringLiteral("Search Parties"));
+    m_rows = new SearchRowsModel(kPartyColumns, this);
+    buildUi();
+    RunSearch();
+    m_choice = {};
 }
-void SchParty::RunSearch() {}
-void SchParty::FindPartyId(const QString&) {}
-void SchParty::Select() {}
+
+SchParty::~SchParty() = default;
+
+void SchParty::buildUi() {
+    auto* layout = new QVBoxLayout(this);
+    auto* filters = new QGridLayout;
+    layout->addLayout(filters);
+    auto* idLabel = new QLabel(QStringLiteral("Party Id"), this);
+    idLabel->setObjectName(QStringLiteral("Label2"));
+    auto* nameLabel = new QLabel(QStringLiteral("Name"), this);
+    nameLabel->setObjectName(QStringLiteral("Label9"));
+    m_filterId = new QLineEdit(this);
+    m_filterId->setObjectName(QStringLiteral("TxtFilterId"));
+    m_filter = new QLineEdit(this);
+    m_filter->setObjectName(QStringLiteral("TxtFilter"));
+    filters->addWidget(idLabel, 0, 0);
+    filters->addWidget(m_filterId, 1, 0);
+    filters->addWidget(nameLabel, 0, 1);
+    filters->addWidget(m_filter, 1, 1);
+    filters->setColumnStretch(1, 1);
+
+    m_grid = makeGrid(this, m_rows, "Grid");
+    layout->addWidget(m_grid, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    m_select = new QPushButton(QStringLiteral("Select"), this);
+    m_select->setObjectName(QStringLiteral("CmdSelect"));
+    m_close = new QPushButton(QStringLiteral("Close"), this);
+    m_close->setObjectName(QStringLiteral("CmdClose"));
+    // No keyboard way to pick or close: Enter on a button does not press it.
+    for (QPushButton* b : {m_select, m_close}) {
+        b->setAutoDefault(false);
+        b->setDefault(false);
+        buttons->addWidget(b);
+    }
+    layout->addLayout(buttons);
+    resize(600, 460);
+
+    connect(m_select, &QPushButton::clicked, this, &SchParty::Select);
+    connect(m_close, &QPushButton::clicked, this, &SchParty::CloseWithoutChoice);
+    connect(m_grid, &QAbstractItemView::doubleClicked, this, [this] { Select(); });
+    connect(m_filter, &QLineEdit::textChanged, this, &SchParty::RunSearch);
+    connect(m_filterId, &QLineEdit::textChanged, this, &SchParty::FindPartyId);
+    m_filter->installEventFilter(this);
+    m_filterId->installEventFilter(this);
+    m_grid->installEventFilter(this);
+}
+
+void SchParty::RunSearch() {
+    // Party accounts are the branch of the chart that begins with 6; a party without a city
+    // is not offered here.
+    QString sql =
+        QStringLiteral("SELECT P.PartyId, C.AccountName, Ct.CityName FROM Parties P "
+                       "INNER JOIN ChartOfAccounts C ON P.PartyId = C.AccountNo "
+                       "INNER JOIN Cities Ct ON P.CityId = Ct.CityId WHERE P.PartyId LIKE '6%'");
+    QVariantList binds;
+    try {
+        const Conn& conn = connOf(m_ctx);
+        if (!m_filter->text().isEmpty())
+            sql += nameCondition(conn, QStringLiteral("C.AccountName"),
+                                 containing(m_filter->text()), binds);
+        sql += QStringLiteral(" ORDER BY P.PartyId");
+        m_rows->load(conn, sql, binds);
+    } catch (const DbError& e) {
+        m_rows->clear();
+        showError(this, e);
+    }
+    moveToRow(0);
+}
+
+void SchParty::FindPartyId(const QString& text) {
+    if (text.trimmed().isEmpty()) {
+        moveToRow(0);
+        return;
+    }
+    const int rows = m_rows->rowCount();
+    for (int r = 0; r < rows; ++r) {
+        if (toText(m_rows->field(r, 0)) == text) {
+            moveToRow(r);
+            return;
+        }
+    }
+    moveToRow(rows - 1);
+}
+
+void SchParty::moveToRow(int row) {
+    if (row < 0 || row >= m_rows->rowCount())
+        return;
+    const QModelIndex index = m_rows->index(row, 0);
+    m_grid->setCurrentIndex(index);
+    m_grid->scrollTo(index);
+}
+
+void SchParty::Select() {
+    if (m_rows->rowCount() == 0)
+        return;
+    const QModelIndex current = m_grid->currentIndex();
+    const int row = current.isValid() ? current.row() : 0;
+    m_choice.SelectedPartyId = toText(m_rows->field(row, 0));
+    m_choice.SelectedPartyName = toText(m_rows->field(row, 1));
+    m_choice.SelectedCityName = toText(m_rows->field(row, 2));
+    accept();
+}
+
+void SchParty::CloseWithoutChoice() {
+    m_choice = {};
+    reject();
+}
+
 int SchParty::rowCount() const {
-    return 0;
+    return m_rows->rowCount();
 }
+
+int SchParty::currentRow() const {
+    const QModelIndex current = m_grid->currentIndex();
+    return current.isValid() ? current.row() : -1;
+}
+
+QString SchParty::cellText(int row, int column) const {
+    return m_rows->data(m_rows->index(row, column)).toString();
+}
+
 bool SchParty::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if ((watched == m_filter || watched == m_filterId) && key->key() == Qt::Key_Down) {
+            m_grid->setFocus();
+            return true;
+        }
+        // Enter and Esc do nothing anywhere on this screen.
+        if (isEnter(key) || key->key() == Qt::Key_Escape)
+            return true;
+    }
     return QDialog::eventFilter(watched, event);
 }
+
 void SchParty::keyPressEvent(QKeyEvent* event) {
+    if (isEnter(event) || event->key() == Qt::Key_Escape) {
+        event->accept();
+        return;
+    }
     QDialog::keyPressEvent(event);
 }
-void SchParty::buildUi() {}
 
-PartyChoice showPartySearch(QWidget*, const Context&) {
-    return {};
+// ---------------------------------------------------------------------------------------------
+
+PartyChoice showPartySearch(QWidget* owner, const Context& ctx) {
+    SchParty screen(ctx, owner);
+    screen.exec();
+    return screen.choice();
 }
-int showContractSearch(QWidget*, const Context&) {
-    return 0;
+
+namespace {
+template <typename Screen> int showSearch(QWidget* owner, const Context& ctx) {
+    Screen screen(ctx, owner);
+    screen.exec();
+    return screen.SelectedId();
 }
-int showPurchaseSearch(QWidget*, const Context&, int* selectedSellerId) {
+} // namespace
+
+int showContractSearch(QWidget* owner, const Context& ctx) {
+    return showSearch<SchPurchaseContract>(owner, ctx);
+}
+
+int showPurchaseSearch(QWidget* owner, const Context& ctx, int* selectedSellerId) {
+    SchPurchase screen(ctx, owner);
+    screen.exec();
     if (selectedSellerId)
-        *selectedSellerId = 0;
-    return 0;
+        *selectedSellerId = screen.SelectedId() ? screen.SelectedSellerId() : 0;
+    return screen.SelectedId();
 }
-int showArrivalSearch(QWidget*, const Context&) {
-    return 0;
+
+int showArrivalSearch(QWidget* owner, const Context& ctx) {
+    return showSearch<SchArrivals>(owner, ctx);
 }
-int showDFCPurchaseSearch(QWidget*, const Context&) {
-    return 0;
+
+int showDFCPurchaseSearch(QWidget* owner, const Context& ctx) {
+    return showSearch<SchDFCPurchase>(owner, ctx);
 }
-int showHProductionSearch(QWidget*, const Context&) {
-    return 0;
+
+int showHProductionSearch(QWidget* owner, const Context& ctx) {
+    return showSearch<SchHProduction>(owner, ctx);
 }
 
 } // namespace gm

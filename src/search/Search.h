@@ -5,15 +5,13 @@
 #include <QDate>
 #include <QDialog>
 #include <QString>
-
-#include <memory>
+#include <QVariant>
 
 class QComboBox;
 class QDateEdit;
+class QKeyEvent;
 class QLineEdit;
-class QModelIndex;
 class QPushButton;
-class QStandardItemModel;
 class QTableView;
 
 namespace gm {
@@ -24,7 +22,8 @@ struct PartyChoice {
 };
 
 // Each shows its screen modally with `owner` as parent and returns the choice; 0 or an empty
-// choice means the user closed without picking.
+// choice means the user closed without picking. `selectedSellerId` receives the seller of the
+// chosen invoice, 0 when none was chosen.
 PartyChoice showPartySearch(QWidget* owner, const Context& ctx);
 int showContractSearch(QWidget* owner, const Context& ctx);
 int showPurchaseSearch(QWidget* owner, const Context& ctx, int* selectedSellerId = nullptr);
@@ -33,6 +32,7 @@ int showDFCPurchaseSearch(QWidget* owner, const Context& ctx);
 int showHProductionSearch(QWidget* owner, const Context& ctx);
 
 struct SearchDefinition; // what one document search lists and how; see Search.cpp
+class SearchRowsModel;   // the rows of a search as display texts plus their raw fields
 
 // The common screen of the document searches: filters over a list of saved documents, and
 // one key handed back. Each search below is this screen with its own definition.
@@ -42,18 +42,24 @@ public:
     ~DocumentSearch() override;
 
     int SelectedId() const { return m_selectedId; }
-    // Runs the screen's query again with the current filters.
+    // Runs the screen's query again with the current filters. A failure is shown in an error
+    // box and leaves the list empty.
     void RunSearch();
-    // Picks the current row when there is one; does nothing on an empty list.
+    // Picks the current row and closes; does nothing on an empty list.
     void Select();
     int rowCount() const;
+    int currentRow() const;
+    // The text shown in a cell, as the user reads it.
+    QString cellText(int row, int column) const;
 
 protected:
     DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner);
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    // Takes what the screen hands back from the chosen row.
     virtual void rowChosen(int row);
-    QVariant keyOfRow(int row, int column) const;
+    QVariant field(int row, int sqlColumn) const;
+    void moveToRow(int row);
+    QWidget* topRowExtra(); // a place for a screen's own controls above the list
 
     const Context& m_ctx;
     const SearchDefinition& m_def;
@@ -62,13 +68,15 @@ protected:
     QDateEdit* m_from = nullptr;
     QDateEdit* m_to = nullptr;
     QTableView* m_grid = nullptr;
-    QStandardItemModel* m_rows = nullptr;
+    SearchRowsModel* m_rows = nullptr;
     QPushButton* m_select = nullptr;
     QPushButton* m_close = nullptr;
     int m_selectedId = 0;
 
 private:
     void buildUi();
+    bool handleKey(QWidget* control, QKeyEvent* key);
+    QWidget* m_extra = nullptr;
 };
 
 class SchArrivals : public DocumentSearch {
@@ -107,19 +115,21 @@ class SchHProduction : public DocumentSearch {
     Q_OBJECT
 public:
     explicit SchHProduction(const Context& ctx, QWidget* owner = nullptr);
-    // Moves to the first row of that commodity (exact name); the last row when none has it,
-    // the first row for an empty text.
+    // Moves to the first row of that commodity (the whole name); the last row when no row
+    // has it, the first row for an empty text.
     void FindCommodity(const QString& text);
 
 private:
     QComboBox* m_commodity = nullptr;
 };
 
-// Finds a party for the party combos. Its key is text and three values come back.
+// Finds a party for the party combos. Its key is text and three values come back. The
+// screen has no keyboard way to pick or close: Enter and Esc do nothing here.
 class SchParty : public QDialog {
     Q_OBJECT
 public:
     explicit SchParty(const Context& ctx, QWidget* owner = nullptr);
+    ~SchParty() override;
 
     QString SelectedPartyId() const { return m_choice.SelectedPartyId; }
     QString SelectedPartyName() const { return m_choice.SelectedPartyName; }
@@ -128,10 +138,13 @@ public:
 
     void RunSearch();
     // Moves to the party with exactly this key; the last row when there is none, the first
-    // row for an empty text.
+    // row for an empty text. The list itself is not narrowed.
     void FindPartyId(const QString& text);
     void Select();
+    void CloseWithoutChoice();
     int rowCount() const;
+    int currentRow() const;
+    QString cellText(int row, int column) const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -139,12 +152,13 @@ protected:
 
 private:
     void buildUi();
+    void moveToRow(int row);
 
     const Context& m_ctx;
     QLineEdit* m_filterId = nullptr;
     QLineEdit* m_filter = nullptr;
     QTableView* m_grid = nullptr;
-    QStandardItemModel* m_rows = nullptr;
+    SearchRowsModel* m_rows = nullptr;
     QPushButton* m_select = nullptr;
     QPushButton* m_close = nullptr;
     PartyChoice m_choice;
