@@ -1,0 +1,196 @@
+#include "datastore/Sql.h"
+#include "services/ReferentialGuard.h"
+#include "support/TestDb.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QtTest>
+
+using namespace gm;
+
+namespace {
+
+const QDate kDayWithLines(2026, 11, 20);
+const QDate kDayWithout(2026, 11, 21);
+
+// Contract 5 is used by an arrival and an invoice, 6 by nothing, 7 only by a table the
+// program does not know, which names the key column its own way. Arrival 1 is invoiced.
+void loadFixture(const Conn& conn) {
+    const char* const statements[] = {
+        "INSERT INTO Cities (CityId, CityName) VALUES (1, 'Multan')",
+        "INSERT INTO ChartOfAccounts (AccountNo, AccountName, IsEditable) VALUES "
+        "('6001', 'Zahid Traders', 1), ('6''01', 'O''Brien', 1), ('6002', 'Unused', 1)",
+        "INSERT INTO Parties (PartyId, CityId, IsSeller) VALUES ('6001', 1, 1), ('6''01', 1, 1)",
+        "INSERT INTO Commodities (CommodityId, CommodityName) VALUES (1, 'Wheat')",
+        "INSERT INTO Processes (ProcessId, ProcessName) VALUES (1, 'Grinding')",
+        "INSERT INTO PContracts (ContractId, ContractDate, CommodityId, PartyId) VALUES "
+        "(5, '2026-11-01', 1, '6001'), (6, '2026-11-01', 1, '6001'), "
+        "(7, '2026-11-01', 1, '6001')",
+        "INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId, ContractId) "
+        "VALUES (1, '2026-11-02', 1, '6001', 5), (2, '2026-11-02', 1, '6001', NULL)",
+        "INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo) VALUES (1, 1, 'LHR-1')",
+        "INSERT INTO Purchases (PurchaseId, PurchaseDate, ContractId, SellerId) VALUES "
+        "(1, '2026-11-03', 5, '6001')",
+        "INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, CommodityId) VALUES "
+        "(1, 1, 'LHR-1', 1)",
+        "INSERT INTO DailyProduction (ProductionDate, ProcessId) VALUES "
+        "('2026-11-20', 1), ('2026-11-21', 1)",
+        "INSERT INTO Consumption (ProductionDate, ProcessId, CommodityId) VALUES "
+        "('2026-11-20', 1, 1)",
+        "INSERT INTO \"GuardNotes\" (NoteId, ContractRef, LaterContract) VALUES (1, NULL, 7)",
+    };
+    // Two keys to contracts: one naming its column, one pointing at the primary key. The
+    // mixed-case quoted name must be used exactly as the catalog reports it.
+    QSqlQuery ddl(conn.db());
+    if (!ddl.exec(QStringLiteral("CREATE TABLE \"GuardNotes\" (NoteId integer PRIMARY KEY, "
+                                 "ContractRef integer REFERENCES PContracts (ContractId), "
+                                 "LaterContract integer REFERENCES PContracts)")))
+        QFAIL(qPrintable(ddl.lastError().text()));
+    for (const char* sql : statements)
+        execute(conn, QString::fromUtf8(sql));
+}
+
+DocumentKey keyOf(const QStringList& columns, const QVariantList& values) {
+    DocumentKey key;
+    for (int i = 0; i < columns.size(); ++i)
+        key.push_back({columns[i], values.value(i)});
+    return key;
+}
+
+} // namespace
+
+class TestReferentialGuard : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void findsReferences_data();
+    void findsReferences();
+    void readsTheCatalog();
+    void seesTheOpenTransaction();
+    void failsClosed_data();
+    void failsClosed();
+
+private:
+    std::unique_ptr<Conn> m_conn;
+};
+
+void TestReferentialGuard::initTestCase() {
+    QString why;
+    if (!test::engineAvailable(&why))
+        return;
+    m_conn = test::freshConn();
+    loadFixture(*m_conn);
+}
+
+void TestReferentialGuard::findsReferences_data() {
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QStringList>("columns");
+    QTest::addColumn<QVariantList>("values");
+    QTest::addColumn<QStringList>("exclusions");
+    QTest::addColumn<QString>("expected");
+
+    const QStringList contract{"ContractId"};
+    QTest::newRow("contract used by an arrival, named as the schema spells it")
+        << "pcontracts" << contract << QVariantList{5} << QStringList{} << "Arrivals";
+    QTest::newRow("exclusions ignore case")
+        << "PContracts" << contract << QVariantList{5} << QStringList{"ARRIVALS"} << "Purchases";
+    QTest::newRow("exclusions covering every user")
+        << "PContracts" << contract << QVariantList{5}
+        << QStringList{"Arrivals", " purchases", "GuardNotes"} << "";
+    QTest::newRow("free contract")
+        << "PContracts" << contract << QVariantList{6} << QStringList{} << "";
+    QTest::newRow("key column under another name")
+        << "PContracts" << contract << QVariantList{7} << QStringList{} << "GuardNotes";
+    QTest::newRow("key column spelt in another case")
+        << "PContracts" << QStringList{"contractID"} << QVariantList{7} << QStringList{}
+        << "GuardNotes";
+    QTest::newRow("invoiced arrival") << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{1}
+                                      << QStringList{"ArrivalsBody"} << "PurchaseBody";
+    QTest::newRow("arrival not invoiced") << "Arrivals" << QStringList{"ArrivalId"}
+                                          << QVariantList{2} << QStringList{"ArrivalsBody"} << "";
+    QTest::newRow("nothing points at invoice lines")
+        << "PurchaseBody" << QStringList{"ArrivalId"} << QVariantList{1}
+        << QStringList{"ArrivalsBody"} << "";
+    QTest::newRow("invoice whose own lines are excluded")
+        << "Purchases" << QStringList{"PurchaseId"} << QVariantList{1}
+        << QStringList{"PurchaseBody"} << "";
+    QTest::newRow("quote in a text key is data")
+        << "ChartOfAccounts" << QStringList{"AccountNo"} << QVariantList{"6'01"} << QStringList{}
+        << "Parties";
+    QTest::newRow("unused account") << "ChartOfAccounts" << QStringList{"AccountNo"}
+                                    << QVariantList{"6002"} << QStringList{} << "";
+    const QStringList day{"ProductionDate", "ProcessId"};
+    QTest::newRow("production day with lines")
+        << "DailyProduction" << day << QVariantList{kDayWithLines, 1} << QStringList{}
+        << "Consumption";
+    QTest::newRow("production day, its lines excluded")
+        << "DailyProduction" << day << QVariantList{kDayWithLines, 1}
+        << QStringList{"Consumption", "Production"} << "";
+    QTest::newRow("production day without lines")
+        << "DailyProduction" << day << QVariantList{kDayWithout, 1} << QStringList{} << "";
+    QTest::newRow("same day, other process")
+        << "DailyProduction" << day << QVariantList{kDayWithLines, 2} << QStringList{} << "";
+}
+
+void TestReferentialGuard::findsReferences() {
+    GM_REQUIRE_ENGINE();
+    QFETCH(QString, table);
+    QFETCH(QStringList, columns);
+    QFETCH(QVariantList, values);
+    QFETCH(QStringList, exclusions);
+    QFETCH(QString, expected);
+    QCOMPARE(FindReferencingTable(*m_conn, table, keyOf(columns, values), exclusions), expected);
+}
+
+void TestReferentialGuard::readsTheCatalog() {
+    GM_REQUIRE_ENGINE();
+    QStringList notes;
+    for (const ForeignKeyRef& ref : referencingForeignKeys(*m_conn, "PContracts")) {
+        if (ref.table != QLatin1String("GuardNotes"))
+            continue;
+        QCOMPARE(ref.columns.size(), std::size_t(1));
+        notes << ref.columns[0].first.toLower() + "->" + ref.columns[0].second.toLower();
+    }
+    notes.sort();
+    QCOMPARE(notes, (QStringList{"contractid->contractref", "contractid->latercontract"}));
+    QVERIFY(referencingForeignKeys(*m_conn, "HProductionBody").empty());
+}
+
+void TestReferentialGuard::seesTheOpenTransaction() {
+    GM_REQUIRE_ENGINE();
+    const DocumentKey contract6{{"ContractId", 6}};
+    {
+        Transaction tx(*m_conn);
+        execute(*m_conn, "UPDATE Arrivals SET ContractId = ? WHERE ArrivalId = ?", {6, 2});
+        QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6),
+                 QStringLiteral("Arrivals"));
+    }
+    QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6), QString());
+}
+
+void TestReferentialGuard::failsClosed_data() {
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QStringList>("columns");
+    QTest::addColumn<QVariantList>("values");
+    // A guard that cannot look must not let a removal through as if nothing were there.
+    QTest::newRow("unknown table") << "NoSuchTable" << QStringList{"Id"} << QVariantList{1};
+    QTest::newRow("table name off by a letter")
+        << "PContract" << QStringList{"ContractId"} << QVariantList{5};
+    QTest::newRow("key column the users lack")
+        << "PContracts" << QStringList{"NoSuchColumn"} << QVariantList{5};
+    QTest::newRow("no key at all") << "PContracts" << QStringList{} << QVariantList{};
+    QTest::newRow("name that is not a name")
+        << "PContracts\"; DROP TABLE Arrivals; --" << QStringList{"ContractId"} << QVariantList{5};
+}
+
+void TestReferentialGuard::failsClosed() {
+    GM_REQUIRE_ENGINE();
+    QFETCH(QString, table);
+    QFETCH(QStringList, columns);
+    QFETCH(QVariantList, values);
+    QVERIFY_THROWS_EXCEPTION(DbError, FindReferencingTable(*m_conn, table, keyOf(columns, values)));
+    QCOMPARE(toInt(scalar(*m_conn, "SELECT COUNT(*) FROM Arrivals")), qint64(2));
+}
+
+QTEST_GUILESS_MAIN(TestReferentialGuard)
+#include "tst_referentialguard.moc"
