@@ -2,6 +2,7 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "services/ReferentialGuard.h"
 
 namespace gm {
 
@@ -141,6 +142,12 @@ bool ContractStore::update(const PurchaseContract& contract) {
 ContractStore::RemoveResult ContractStore::remove(qint64 contractId) {
     Transaction tx(m_conn);
     RemoveResult result;
+    // Asked inside the removal so that no arrival or invoice can take the contract up
+    // between the question and the delete.
+    result.usedIn = FindReferencingTable(m_conn, QStringLiteral("PContracts"),
+                                         {{QStringLiteral("ContractId"), contractId}});
+    if (!result.usedIn.isEmpty())
+        return result;
     // The server posts a contract's effects while IsPosted is 1; clearing it first lets
     // the server take them back before the row goes.
     execute(m_conn, QStringLiteral("UPDATE PContracts SET IsPosted = 0 WHERE ContractId = ?"),

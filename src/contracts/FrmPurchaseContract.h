@@ -1,0 +1,84 @@
+#pragma once
+
+#include "entry/DocumentScreen.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLineEdit;
+class QRadioButton;
+
+namespace gm {
+
+class DateEdit;
+class LookupCombo;
+class NumberEdit;
+struct ContractRecord;
+struct PurchaseContract;
+
+// The purchase contract screen: one agreement to buy a commodity from a seller, usually
+// through a broker. The checks live in validateContract, the SQL in ContractStore; this class
+// only moves values between the controls and those.
+class FrmPurchaseContract : public DocumentScreen {
+    Q_OBJECT
+public:
+    explicit FrmPurchaseContract(const Context& ctx, QWidget* parent = nullptr);
+    ~FrmPurchaseContract() override;
+
+    bool IsOpened = false; // a saved contract is on the screen
+
+    void LoadContractLists();
+    void NextDocumentId();
+    // Opens a contract: through the contract search when `ask`, else the number typed in
+    // TxtContractID.
+    void OpenContract(bool ask);
+    void ClearScreen() override;
+
+protected:
+    void modeEntered(int mode) override;
+    void afterClearWalk() override;
+    void saveDocument() override;
+    void printDocument() override;
+    void openDocument() override;
+    void removeDocument() override;
+
+private:
+    void buildUi();
+    void partyTypeChosen(LookupCombo* typeCombo, LookupCombo* partyCombo);
+    void fillParties(LookupCombo* typeCombo, LookupCombo* partyCombo);
+    // Places a party combo on the stored account, widening its list to every party when the
+    // chosen kind does not offer it.
+    void placeParty(LookupCombo* typeCombo, LookupCombo* partyCombo, const QString& key,
+                    const QString& name);
+    void showRecord(const ContractRecord& record);
+    PurchaseContract contractFromScreen() const;
+    void focusControl(const QString& name);
+    void showNewNumber(qint64 id);
+
+    QLineEdit* m_contractId = nullptr;
+    DateEdit* m_contractDate = nullptr;
+    LookupCombo* m_commodity = nullptr;
+    LookupCombo* m_brokerType = nullptr;
+    LookupCombo* m_broker = nullptr;
+    LookupCombo* m_sellerType = nullptr;
+    LookupCombo* m_seller = nullptr;
+    NumberEdit* m_brokerage = nullptr;
+    QGroupBox* m_brokerageMode = nullptr;
+    QRadioButton* m_perBag = nullptr;
+    QRadioButton* m_percentage = nullptr;
+    LookupCombo* m_contractMode = nullptr;
+    NumberEdit* m_quantity = nullptr;
+    LookupCombo* m_unit = nullptr;
+    NumberEdit* m_ratePerUnit = nullptr;
+    NumberEdit* m_perBagDeduction = nullptr;
+    NumberEdit* m_otherDeduction = nullptr;
+    LookupCombo* m_modeOfPayment = nullptr;
+    DateEdit* m_deliveryStart = nullptr;
+    DateEdit* m_deliveryEnd = nullptr;
+    QLineEdit* m_otherTerms = nullptr;
+    QCheckBox* m_withBags = nullptr;
+    QCheckBox* m_deliveryInMill = nullptr;
+    QCheckBox* m_paymentOnSite = nullptr;
+    QCheckBox* m_completed = nullptr;
+};
+
+} // namespace gm
