@@ -145,8 +145,14 @@ protected:
     virtual void removeDocument() {}
     // Clear's work after the question: default ClearScreen, SetScreenMode(1), focus.
     virtual void clearDocument();
-    // A key the frame has no rule for, before marking; return true when it was consumed.
+    // A key the frame has no rule for (F9, Ctrl+Delete in a grid, ...), before marking;
+    // return true when the screen consumed it.
     virtual bool screenKey(QKeyEvent* event, const QString& activeName);
+    // Runs after the frame has handled a key (and marked the change), for screens whose
+    // fields react to every key.
+    virtual void afterKey(QKeyEvent* event, const QString& activeName);
+    // The combo text after a party search: "Name-City".
+    virtual QString partySearchText(const PartyChoice& choice) const;
     // The screen is closing for good (after the question).
     virtual void unloading() {}
 

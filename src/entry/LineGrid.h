@@ -158,14 +158,18 @@ class GridBand;
 // The grid control of the document screens, keyboard first: typing starts editing, Enter and
 // Tab commit and move to the next editable cell (on to the next line at a row's end), a
 // refused entry shows its box and keeps the editor in the cell, Delete removes the current
-// line when allowed. Group headings sit over the captions and a footer row under the lines.
+// line when allowed. Group headings sit over the captions and a footer row under the lines:
+// the three live in panel(), which is what a screen puts in its layout.
 class LineGrid : public QTableView {
     Q_OBJECT
 public:
+    // The grid lives in panel(), a child of `parent`; without a parent the caller owns panel().
     explicit LineGrid(QWidget* parent = nullptr);
     LineGrid(const QString& objectName, QWidget* parent);
     ~LineGrid() override;
 
+    // The grid with its group headings and footer row; place this in the screen's layout.
+    QWidget* panel() const { return m_panel; }
     LineGridModel* lines() const { return m_model; }
     void setColumns(std::vector<GridColumn> columns);
     void setGroups(std::vector<GridGroup> groups);
@@ -189,22 +193,24 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void commitData(QWidget* editor) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
-    void updateGeometries() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
-    bool focusNextPrevChild(bool next) override;
 
 private:
     void applyColumns();
     QModelIndex nextEditable(const QModelIndex& from) const;
     QModelIndex previousEditable(const QModelIndex& from) const;
+    bool commitEditor(QWidget* editor);
+    friend class GridDelegate;
+    void watchEditor(QWidget* editor);
 
+    QWidget* m_panel = nullptr;
     LineGridModel* m_model = nullptr;
     GridBand* m_groupBand = nullptr;
     GridBand* m_footerBand = nullptr;
     bool m_deleteRemoves = false;
     bool m_committing = false;
     bool m_keepEditor = false;
-    bool m_layingOut = false;
 };
 
 } // namespace gm
