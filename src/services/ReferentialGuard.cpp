@@ -111,8 +111,14 @@ QStringList postgresColumns(const Conn& conn, const QString& schema, const QStri
 
 std::vector<CatalogKey> postgresKeys(const Conn& conn, const QString& table) {
     // to_regclass reads the name as SQL would, folding it to lower case and looking along the
-    // search path, so it finds the table an unquoted name in a statement would find.
-    if (scalar(conn, QStringLiteral("SELECT CAST(to_regclass(?) AS oid)"), {table}).isNull())
+    // search path, so it finds the table an unquoted name in a statement would find; a table
+    // created under a quoted mixed-case name is found by its exact spelling.
+    const QVariant oid =
+        scalar(conn,
+               QStringLiteral("SELECT CAST(COALESCE(to_regclass(?), to_regclass(quote_ident(?))) "
+                              "AS bigint)"),
+               {table, table});
+    if (oid.isNull())
         throw DbError(QStringLiteral("There is no table %1 to check for references.").arg(table),
                       kSource);
     Query q(conn,
@@ -125,9 +131,9 @@ std::vector<CatalogKey> postgresKeys(const Conn& conn, const QString& table) {
                 "AS k(fkcol, pkcol, ord) "
                 "JOIN pg_attribute fk ON fk.attrelid = con.conrelid AND fk.attnum = k.fkcol "
                 "JOIN pg_attribute pk ON pk.attrelid = con.confrelid AND pk.attnum = k.pkcol "
-                "WHERE con.contype = 'f' AND con.confrelid = to_regclass(?) "
+                "WHERE con.contype = 'f' AND con.confrelid = CAST(? AS oid) "
                 "ORDER BY lower(c.relname), c.relname, n.nspname, con.conname, con.oid, k.ord"));
-    q.bind(table).exec();
+    q.bind(toInt(oid)).exec();
     std::vector<CatalogKey> keys;
     QString lastOid;
     while (q.next()) {

@@ -104,6 +104,8 @@ void TestReferentialGuard::findsReferences_data() {
     QTest::newRow("key column spelt in another case")
         << "PContracts" << QStringList{"contractID"} << QVariantList{7} << QStringList{}
         << "GuardNotes";
+    QTest::newRow("table known only by a quoted mixed-case name")
+        << "GuardNotes" << QStringList{"NoteId"} << QVariantList{1} << QStringList{} << "";
     QTest::newRow("invoiced arrival") << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{1}
                                       << QStringList{"ArrivalsBody"} << "PurchaseBody";
     QTest::newRow("arrival not invoiced") << "Arrivals" << QStringList{"ArrivalId"}
