@@ -163,8 +163,10 @@ std::vector<CatalogKey> catalogKeys(const Conn& conn, const QString& table) {
 
 std::vector<ForeignKeyRef> referencingForeignKeys(const Conn& conn, const QString& table) {
     std::vector<ForeignKeyRef> refs;
-    for (CatalogKey& k : catalogKeys(conn, table))
+    for (CatalogKey& k : catalogKeys(conn, table)) {
+        k.ref.table = canonicalTableName(k.ref.table);
         refs.push_back(std::move(k.ref));
+    }
     return refs;
 }
 

@@ -19,8 +19,9 @@ using DocumentKey = std::vector<KeyValue>;
 
 // One foreign key that points at a table, as the database's catalog declares it.
 struct ForeignKeyRef {
-    QString table; // the referencing table, as the catalog spells it
-    // (column of the referenced table, column of the referencing table), in key order
+    QString table; // the referencing table, in the schema's own spelling
+    // (column of the referenced table, column of the referencing table), in key order and
+    // as the catalog spells them (PostgreSQL folds unquoted names to lower case)
     std::vector<std::pair<QString, QString>> columns;
 };
 
