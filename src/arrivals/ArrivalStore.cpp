@@ -217,11 +217,16 @@ int ArrivalStore::isInvoiced(int arrivalId) const {
 }
 
 void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
+    Transaction tx(m_conn);
+    saveWithinTransaction(a, isNew);
+    tx.commit();
+}
+
+void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
     for (int i = 0; i < int(a.lines.size()); ++i)
         if (!(a.lines[size_t(i)].bagWeight > 0))
             throw ArrivalRefusal(standardRefusal(ColBags), ArrivalRefusal::Icon::Information, i);
 
-    Transaction tx(m_conn);
     if (isInvoiced(a.arrivalId) != 0)
         throw ArrivalRefusal(kArrivalUpdateRefusal, ArrivalRefusal::Icon::Exclamation);
 
@@ -277,7 +282,6 @@ void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
     }
     execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 1 WHERE ArrivalId = ?"),
             {a.arrivalId});
-    tx.commit();
 }
 
 void ArrivalStore::remove(int arrivalId) {

@@ -43,17 +43,26 @@ std::optional<ArrivalValidationFailure> ValidateArrival(const ArrivalSaveInput& 
                 "There is no record to save.Please enter atleast one commodity and save again"),
             kAlert, Icon::Exclamation, QStringLiteral("Grid")};
 
-    // A line without a weight per bag has no weight at all; it is refused rather than dropped.
+    const auto refuseCell = [](int row, int column) {
+        ArrivalValidationFailure f{standardRefusal(column), kAlert, Icon::Information,
+                                   QStringLiteral("Grid")};
+        f.row = row;
+        f.column = column;
+        return f;
+    };
     for (int i = 0; i < int(input.rows.size()); ++i) {
         const ArrivalRow& row = input.rows[size_t(i)];
-        const double bagWeight = row.size() > ColBags ? leadingNumber(row.at(ColBags)) : 0.0;
-        if (!(bagWeight > 0)) {
-            ArrivalValidationFailure f{standardRefusal(ColBags), kAlert, Icon::Information,
-                                       QStringLiteral("Grid")};
-            f.row = i;
-            f.column = ColBags;
-            return f;
-        }
+        const auto text = [&](int column) {
+            return row.size() > column ? row.at(column) : QString();
+        };
+        // A line without a weight per bag has no weight at all; it is refused rather than
+        // dropped, and so is a line whose bags the stock could not be kept under.
+        if (!(leadingNumber(text(ColBags)) > 0))
+            return refuseCell(i, ColBags);
+        if (!input.bagClasses.isEmpty() && !input.bagClasses.contains(text(ColClass)))
+            return refuseCell(i, ColClass);
+        if (!input.bagTypes.isEmpty() && !input.bagTypes.contains(text(ColType)))
+            return refuseCell(i, ColType);
     }
     return std::nullopt;
 }

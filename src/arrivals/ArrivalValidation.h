@@ -17,6 +17,9 @@ struct ArrivalSaveInput {
     QString arrivalIdText;
     bool isOpened = false;
     std::vector<ArrivalRow> rows;
+    // The bag lists a line's class and type must come from; not checked when empty.
+    QStringList bagClasses;
+    QStringList bagTypes;
 };
 
 struct ArrivalValidationFailure {

@@ -1,0 +1,683 @@
+#include "arrivals/FrmArrivalsRate.h"
+
+#include "arrivals/ArrivalReport.h"
+#include "arrivals/ArrivalValidation.h"
+#include "entry/Fields.h"
+#include "entry/LookupCombo.h"
+#include "entry/Messages.h"
+#include "reports/Report.h"
+#include "search/Search.h"
+#include "services/Lookups.h"
+#include "services/Numeric.h"
+
+#include <QDate>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace gm {
+
+namespace {
+
+ScreenTraits arrivalTraits() {
+    ScreenTraits t;
+    t.objectName = QStringLiteral("FrmArrivalsRate");
+    t.caption = QStringLiteral("Arrivals");
+    t.enterPassesIn = {QStringLiteral("Grid")};
+    t.enterTabsOnButtons = false;
+    t.partySearchCombos = {QStringLiteral("CboSeller")};
+    t.contractSearchCombo = QStringLiteral("CboContract");
+    t.focusAfterClear = {QStringLiteral("DtpArrivalDate"), QStringLiteral("CboSeller")};
+    t.keepOnClear = {QStringLiteral("TxtPermitNo")};
+    return t;
+}
+
+// Holds back the header's handlers while code, not the clerk, fills the fields.
+class Quiet {
+public:
+    explicit Quiet(int& counter) : m_counter(counter) { ++m_counter; }
+    ~Quiet() { --m_counter; }
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+
+private:
+    int& m_counter;
+};
+
+QStringList names(const LookupList& list) {
+    QStringList out;
+    for (const LookupItem& item : list)
+        out << item.name;
+    return out;
+}
+
+QMessageBox::Icon boxIcon(ArrivalValidationFailure::Icon icon) {
+    switch (icon) {
+    case ArrivalValidationFailure::Icon::None:
+        return QMessageBox::NoIcon;
+    case ArrivalValidationFailure::Icon::Information:
+        return QMessageBox::Information;
+    case ArrivalValidationFailure::Icon::Exclamation:
+        break;
+    }
+    return QMessageBox::Warning;
+}
+
+} // namespace
+
+FrmArrivalsRate::FrmArrivalsRate(const Context& ctx, QWidget* parent)
+    : DocumentScreen(ctx, arrivalTraits(), parent), m_store(ctx.db()) {
+    buildUi();
+    wireHandlers();
+    guard([this] { SetScreenMode(1); });
+}
+
+FrmArrivalsRate::~FrmArrivalsRate() = default;
+
+LineGridModel* FrmArrivalsRate::lines() const {
+    return m_grid->lines();
+}
+
+void FrmArrivalsRate::buildUi() {
+    auto* outer = new QVBoxLayout(this);
+    auto* head = new QGridLayout();
+    outer->addLayout(head);
+
+    const auto label = [this](const QString& text) { return new QLabel(text, this); };
+    m_txtArrivalId = new QLineEdit(this);
+    m_txtArrivalId->setObjectName(QStringLiteral("TxtArrivalID"));
+    m_dtpArrivalDate = new DateEdit(QStringLiteral("DtpArrivalDate"), this);
+    m_cboSellerType = new LookupCombo(QStringLiteral("CboSellerType"), this);
+    m_cboSeller = new LookupCombo(QStringLiteral("CboSeller"), this);
+    m_cboCommodity = new LookupCombo(QStringLiteral("CboCommodity"), this);
+    m_cboContract = new LookupCombo(QStringLiteral("CboContract"), this);
+
+    head->addWidget(label(QStringLiteral("Arrival Id")), 0, 0);
+    head->addWidget(m_txtArrivalId, 0, 1);
+    head->addWidget(label(QStringLiteral("Arrival Date")), 0, 2);
+    head->addWidget(m_dtpArrivalDate, 0, 3);
+    head->addWidget(label(QStringLiteral("Seller Type")), 1, 0);
+    head->addWidget(m_cboSellerType, 1, 1);
+    head->addWidget(label(QStringLiteral("Seller")), 1, 2);
+    head->addWidget(m_cboSeller, 1, 3);
+    head->addWidget(label(QStringLiteral("Commodity")), 2, 0);
+    head->addWidget(m_cboCommodity, 2, 1);
+    head->addWidget(label(QStringLiteral("Contract")), 2, 2);
+    head->addWidget(m_cboContract, 2, 3);
+
+    m_frame1 = new QGroupBox(this);
+    m_frame1->setObjectName(QStringLiteral("Frame1"));
+    auto* frame = new QGridLayout(m_frame1);
+    m_cboPRCenter = new LookupCombo(QStringLiteral("CboPRCenter"), m_frame1);
+    m_cboPermitNo = new LookupCombo(QStringLiteral("CboPermitNo"), m_frame1);
+    m_txtPermitNo = new QLineEdit(m_frame1);
+    m_txtPermitNo->setObjectName(QStringLiteral("TxtPermitNo"));
+    m_txtPermitNo->hide();
+    m_txtRemainingBags = new QLineEdit(m_frame1);
+    m_txtRemainingBags->setObjectName(QStringLiteral("TxtRemainingBags"));
+    m_txtRemainingBags->setReadOnly(true);
+    m_txtRemainingWeight = new QLineEdit(m_frame1);
+    m_txtRemainingWeight->setObjectName(QStringLiteral("TxtRemainingWeight"));
+    m_txtRemainingWeight->setReadOnly(true);
+    frame->addWidget(new QLabel(QStringLiteral("PR Center"), m_frame1), 0, 0);
+    frame->addWidget(m_cboPRCenter, 0, 1);
+    frame->addWidget(new QLabel(QStringLiteral("Permit No"), m_frame1), 0, 2);
+    frame->addWidget(m_cboPermitNo, 0, 3);
+    frame->addWidget(new QLabel(QStringLiteral("Remaining Bags"), m_frame1), 1, 0);
+    frame->addWidget(m_txtRemainingBags, 1, 1);
+    frame->addWidget(new QLabel(QStringLiteral("Remaining Weight"), m_frame1), 1, 2);
+    frame->addWidget(m_txtRemainingWeight, 1, 3);
+    head->addWidget(m_frame1, 3, 0, 1, 4);
+
+    m_grid = new LineGrid(QStringLiteral("Grid"), this);
+    m_grid->setDeleteRemovesLine(true);
+    std::vector<GridColumn> cols;
+    const QStringList& caps = arrivalColumnCaptions();
+    auto vehicle = GridColumn::text(caps[ColVehicleNo], 100);
+    vehicle.editorName = QStringLiteral("TxtVehicleNo");
+    cols.push_back(vehicle);
+    auto cls = GridColumn::lookupOf(caps[ColClass], {}, 80);
+    cls.editorName = QStringLiteral("CboBagClass");
+    cols.push_back(cls);
+    auto type = GridColumn::lookupOf(caps[ColType], {}, 100);
+    type.editorName = QStringLiteral("CboBagType");
+    cols.push_back(type);
+    auto qty = GridColumn::number(caps[ColQty], 60, 0);
+    qty.editorName = QStringLiteral("TxtQty");
+    cols.push_back(qty);
+    auto bags = GridColumn::number(caps[ColBags], 70, 2);
+    bags.editorName = QStringLiteral("TxtBags");
+    cols.push_back(bags);
+    auto gross = GridColumn::number(caps[ColGross], 80, 2);
+    gross.editorName = QStringLiteral("TxtGross");
+    cols.push_back(gross);
+    cols.push_back(GridColumn::number(caps[ColPerBag], 60, 2));
+    cols.push_back(GridColumn::number(caps[ColOther], 60, 2));
+    cols.push_back(GridColumn::readOnly(caps[ColNetWeight], 90));
+    cols.push_back(GridColumn::text(caps[ColDriverName], 120));
+    cols.push_back(GridColumn::text(caps[ColBiltyNo], 90));
+    cols.push_back(GridColumn::readOnly(caps[ColRateUnit], 70));
+    cols.push_back(GridColumn::readOnly(caps[ColBagRate], 70));
+    cols.push_back(GridColumn::readOnly(caps[ColRateUnitId], 90));
+    cols.push_back(GridColumn::readOnly(caps[ColWeighInKgs], 70));
+    for (int c : {int(ColQty), int(ColBags), int(ColGross), int(ColPerBag), int(ColOther),
+                  int(ColNetWeight), int(ColRateUnit), int(ColBagRate), int(ColWeighInKgs)})
+        cols[size_t(c)].alignment = Qt::AlignRight | Qt::AlignVCenter;
+    m_grid->setColumns(std::move(cols));
+    std::vector<GridGroup> groups;
+    for (const ColumnGroup& g : arrivalColumnGroups())
+        groups.push_back(GridGroup{g.first, g.last, g.heading});
+    m_grid->setGroups(std::move(groups));
+    outer->addWidget(m_grid, 1);
+
+    // The unit list behind the rate unit column; it is never typed in.
+    m_cboRateUnit = new LookupCombo(QStringLiteral("CboRateUnit"), this);
+    m_cboRateUnit->hide();
+
+    outer->addWidget(buttonRow());
+
+    setTabOrder(m_dtpArrivalDate, m_txtArrivalId);
+    setTabOrder(m_txtArrivalId, m_cboSellerType);
+    setTabOrder(m_cboSellerType, m_cboSeller);
+    setTabOrder(m_cboSeller, m_cboCommodity);
+    setTabOrder(m_cboCommodity, m_cboContract);
+    setTabOrder(m_cboContract, m_cboPRCenter);
+    setTabOrder(m_cboPRCenter, m_cboPermitNo);
+    setTabOrder(m_cboPermitNo, m_grid);
+    resize(1100, 560);
+}
+
+void FrmArrivalsRate::wireHandlers() {
+    LineGridModel* model = lines();
+    model->setCellCheck(
+        [this](int row, int column, const QString& text) { return checkCell(row, column, text); });
+    model->setRecompute([this](int row, int column) { recompute(row, column); });
+
+    const auto whenClerk = [this](auto handler) {
+        return [this, handler]() {
+            if (m_quiet == 0)
+                guard([this, handler] { (this->*handler)(); });
+        };
+    };
+    connect(m_cboContract, &LookupCombo::entryChosen, this,
+            whenClerk(&FrmArrivalsRate::contractChosen));
+    connect(m_cboCommodity, &LookupCombo::entryChosen, this,
+            whenClerk(&FrmArrivalsRate::commodityChosen));
+    connect(m_cboPRCenter, &LookupCombo::entryChosen, this,
+            whenClerk(&FrmArrivalsRate::centreChosen));
+    connect(m_cboPermitNo, &LookupCombo::entryChosen, this,
+            whenClerk(&FrmArrivalsRate::permitChosen));
+    connect(m_cboSellerType, &LookupCombo::entryChosen, this,
+            whenClerk(&FrmArrivalsRate::sellerTypeChosen));
+    connect(m_cboContract, &QComboBox::editTextChanged, this, [this](const QString& text) {
+        if (m_quiet == 0 && text.isEmpty())
+            guard([this] { contractEmptied(); });
+    });
+    connect(m_cboPRCenter, &QComboBox::editTextChanged, this, [this](const QString& text) {
+        if (m_quiet == 0 && text.isEmpty())
+            guard([this] { centreEmptied(); });
+    });
+}
+
+// ---- Modes, clearing, keys ------------------------------------------------------------------
+
+void FrmArrivalsRate::modeEntered(int mode) {
+    if (mode == 1) {
+        ClearScreen();
+        NextDocumentId();
+        IsOpened = false;
+        m_txtArrivalId->setEnabled(true);
+        setFieldColour(m_txtArrivalId, kEditableColour);
+    } else if (mode == 3) {
+        m_txtArrivalId->setEnabled(false);
+    }
+}
+
+void FrmArrivalsRate::afterClearWalk() {
+    Quiet quiet(m_quiet);
+    lines()->clearLines();
+    lines()->clearFooters();
+    m_txtRemainingBags->clear();
+    m_txtRemainingWeight->clear();
+    // A new arrival may come from anywhere: contract, centre or a free party.
+    for (QWidget* w : std::initializer_list<QWidget*>{m_dtpArrivalDate, m_cboSeller,
+                                                      m_cboSellerType, m_cboCommodity,
+                                                      m_cboContract, m_cboPRCenter, m_cboPermitNo})
+        w->setEnabled(true);
+    m_commodityUnit.reset();
+    ModeWord.clear();
+}
+
+void FrmArrivalsRate::NextDocumentId() {
+    OpenedDocumentId = m_store.nextArrivalId();
+    m_txtArrivalId->setText(QString::number(OpenedDocumentId));
+    m_dtpArrivalDate->setDate(QDate::currentDate());
+    m_txtArrivalId->setEnabled(true);
+    setFieldColour(m_txtArrivalId, kEditableColour);
+    LoadArrivalLookups();
+}
+
+void FrmArrivalsRate::LoadArrivalLookups() {
+    Quiet quiet(m_quiet);
+    const Conn& conn = context().db();
+    m_units = loadUnits(conn);
+    m_unitWeights = unitWeights(conn);
+    m_cboRateUnit->setItems(m_units);
+    // Refilled on every new arrival, so a contract used a moment ago has left the list.
+    m_cboContract->setItems(m_store.contracts());
+    m_cboSellerType->setItems(partyTypeList());
+    m_cboSellerType->setCurrentIndex(0);
+    m_cboSeller->setItems(loadParties(conn, PartyType::All));
+    m_cboCommodity->setItems(loadCommodities(conn, true, false, true));
+    m_cboPRCenter->setItems(m_store.prCentres());
+    m_cboPermitNo->setItems(m_store.permits());
+    m_bagTypes = loadBagTypes(conn);
+    m_bagClasses = loadBagClasses(conn);
+    lines()->setLookup(ColType, m_bagTypes);
+    lines()->setLookup(ColClass, m_bagClasses);
+}
+
+// ---- Header handlers ------------------------------------------------------------------------
+
+void FrmArrivalsRate::placeSeller(const QString& displayName) {
+    if (m_cboSeller->findName(displayName) < 0) {
+        // The party may be of a kind the chosen seller type hides: list every party then.
+        m_cboSellerType->setCurrentIndex(0);
+        m_cboSeller->setItems(loadParties(context().db(), PartyType::All));
+    }
+    m_cboSeller->setText(displayName);
+}
+
+void FrmArrivalsRate::enableSellerFields(bool enabled) {
+    m_cboSeller->setEnabled(enabled);
+    m_cboSellerType->setEnabled(enabled);
+}
+
+void FrmArrivalsRate::contractChosen() {
+    const QString text = m_cboContract->text();
+    if (text.isEmpty())
+        return;
+    const auto defaults = m_store.contractDefaults(qint64(leadingNumber(text)));
+    if (!defaults) {
+        msg::inform(this, QStringLiteral("Please provide a valid Contract Id."));
+        m_cboContract->setFocus();
+        return;
+    }
+    Quiet quiet(m_quiet);
+    // A contract and a PR centre exclude each other.
+    m_cboPRCenter->setText(QString());
+    m_cboPermitNo->setText(QString());
+    m_txtRemainingBags->clear();
+    m_txtRemainingWeight->clear();
+    m_cboPRCenter->setEnabled(false);
+    m_cboPermitNo->setEnabled(false);
+    placeSeller(defaults->sellerName);
+    enableSellerFields(false);
+    m_cboCommodity->setText(defaults->commodityName);
+    m_cboCommodity->setEnabled(false);
+    commodityChosenQuietly();
+}
+
+void FrmArrivalsRate::contractEmptied() {
+    const bool hadFocus = m_cboContract->hasFocus();
+    m_cboCommodity->setEnabled(true);
+    enableSellerFields(true);
+    m_cboPRCenter->setEnabled(true);
+    m_cboPermitNo->setEnabled(true);
+    if (hadFocus)
+        m_cboCommodity->setFocus();
+}
+
+void FrmArrivalsRate::commodityChosenQuietly() {
+    const qint64 id = m_cboCommodity->currentKey().toLongLong();
+    m_commodityUnit.reset();
+    if (id == 0)
+        return;
+    const QString unitName = GetRateUnitName(context().db(), id);
+    if (!unitName.isEmpty())
+        m_commodityUnit = unitNamed(unitName);
+}
+
+void FrmArrivalsRate::commodityChosen() {
+    commodityChosenQuietly();
+    const qint64 id = m_cboCommodity->currentKey().toLongLong();
+    const auto defaults = m_store.commodityDefaults(id);
+    if (!defaults)
+        return;
+    const int row = currentLineForDefaults();
+    lines()->setCell(row, ColType, defaults->bagType);
+    lines()->setCell(row, ColBags, formatNumber(defaults->bagCapacity));
+    recompute(row, ColBags);
+}
+
+int FrmArrivalsRate::currentLineForDefaults() {
+    LineGridModel* model = lines();
+    if (model->lineCount() == 0)
+        return model->addLine();
+    const int row = m_grid->currentIndex().row();
+    return row >= 0 && row < model->lineCount() ? row : 0;
+}
+
+void FrmArrivalsRate::centreChosen() {
+    if (m_cboPRCenter->text().isEmpty())
+        return;
+    Quiet quiet(m_quiet);
+    m_cboContract->setText(QString());
+    m_cboContract->setEnabled(false);
+    placeSeller(m_store.partyDisplayName(context().hostSettings().DFCAccountNo));
+    enableSellerFields(false);
+    RefreshRemaining();
+}
+
+void FrmArrivalsRate::centreEmptied() {
+    m_txtRemainingBags->clear();
+    m_txtRemainingWeight->clear();
+    Quiet quiet(m_quiet);
+    if (m_cboContract->text().isEmpty()) {
+        enableSellerFields(true);
+        m_cboSeller->setText(QString());
+    }
+    m_cboContract->setEnabled(true);
+}
+
+void FrmArrivalsRate::RefreshRemaining() {
+    const qint64 centre = m_cboPRCenter->currentKey().toLongLong();
+    if (centre == 0)
+        return;
+    const RemainingQuota r = m_store.remaining(centre);
+    m_txtRemainingBags->setText(formatNumber(r.bags));
+    m_txtRemainingWeight->setText(formatNumber(r.weight, 2));
+}
+
+void FrmArrivalsRate::permitChosen() {
+    if (m_cboPermitNo->text().isEmpty())
+        return;
+    const qint64 centre = m_cboPRCenter->currentKey().toLongLong();
+    if (centre == 0) {
+        msg::inform(this, QStringLiteral("Please provide a PRCenter."));
+        m_cboPRCenter->setFocus();
+        return;
+    }
+    const qint64 commodity = m_cboCommodity->currentKey().toLongLong();
+    const auto rates = m_store.permitRates(centre, commodity);
+    if (!rates)
+        return;
+    const int row = currentLineForDefaults();
+    LineGridModel* model = lines();
+    model->setCell(row, ColRateUnit, formatNumber(rates->ratePerUnit, 4));
+    model->setCell(row, ColBagRate, formatNumber(rates->pricePerBag, 4));
+    const QString key = QString::number(rates->rateUnitId);
+    QString unitName;
+    for (const LookupItem& u : m_units)
+        if (u.key == key)
+            unitName = u.name;
+    m_cboRateUnit->setText(unitName);
+    model->setCell(row, ColRateUnitId, unitName);
+    if (const auto unit = unitNamed(unitName))
+        model->setCell(row, ColWeighInKgs, formatNumber(unit->weightInKgs));
+    recompute(row, ColQty);
+}
+
+void FrmArrivalsRate::sellerTypeChosen() {
+    const auto type = partyTypeFromKey(m_cboSellerType->currentKey());
+    if (!type)
+        return;
+    Quiet quiet(m_quiet);
+    m_cboSeller->setItems(loadParties(context().db(), *type));
+}
+
+// ---- Line editing ---------------------------------------------------------------------------
+
+std::optional<RateUnitInfo> FrmArrivalsRate::unitNamed(const QString& name) const {
+    if (name.isEmpty())
+        return std::nullopt;
+    const QString key = findKey(m_units, name);
+    if (key == QLatin1String("0"))
+        return std::nullopt;
+    return RateUnitInfo{name, m_unitWeights.value(key, 0.0)};
+}
+
+std::optional<Refusal> FrmArrivalsRate::checkCell(int, int column, const QString& text) {
+    ArrivalCellContext c;
+    c.hasCenter = !m_cboPRCenter->text().isEmpty();
+    c.remainingBags = m_txtRemainingBags->text();
+    c.remainingWeight = m_txtRemainingWeight->text();
+    c.bagClasses = names(m_bagClasses);
+    c.bagTypes = names(m_bagTypes);
+    const ArrivalCellVerdict v = checkArrivalCell(column, text, c);
+    switch (v.kind) {
+    case ArrivalCellVerdict::Accept:
+        return std::nullopt;
+    case ArrivalCellVerdict::Refuse:
+        return Refusal{v.message};
+    case ArrivalCellVerdict::AskQuota:
+        break;
+    }
+    msg::inform(this, kQuotaNotice);
+    if (msg::askYesNo(this, kQuotaQuestion, msg::kAlert, QMessageBox::Information))
+        return std::nullopt;
+    return Refusal{QString()}; // the clerk has answered; no further box
+}
+
+void FrmArrivalsRate::recompute(int row, int column) {
+    LineGridModel* model = lines();
+    if (row < 0 || row >= model->lineCount())
+        return;
+    ArrivalRow r = model->rows().at(size_t(row));
+    while (r.size() < ArrivalColumnCount)
+        r.append(QString());
+    switch (column) {
+    case ColQty:
+    case ColBags:
+        recalcAfterQtyOrBags(r, m_commodityUnit);
+        break;
+    case ColGross:
+        recalcAfterGross(r);
+        break;
+    case ColPerBag:
+    case ColOther:
+        RecalcLineNet(r);
+        break;
+    case ColRateUnitId:
+        applyRateUnit(r, unitNamed(r[ColRateUnitId]));
+        break;
+    default:
+        return;
+    }
+    for (int c = 0; c < ArrivalColumnCount; ++c)
+        if (model->cellText(row, c) != r[c])
+            model->setCell(row, c, r[c]);
+    RefreshArrivalFooters();
+}
+
+void FrmArrivalsRate::RefreshArrivalFooters() {
+    for (int column : kArrivalFooterColumns)
+        lines()->setFooterText(column, lines()->sumColumn(column).toString());
+}
+
+// ---- Open -----------------------------------------------------------------------------------
+
+int FrmArrivalsRate::arrivalIdOnScreen() const {
+    return int(leadingNumber(m_txtArrivalId->text()));
+}
+
+bool FrmArrivalsRate::LoadArrival(int arrivalId) {
+    const auto doc = m_store.load(arrivalId);
+    if (!doc)
+        return false;
+    Quiet quiet(m_quiet);
+    m_txtArrivalId->setText(QString::number(doc->arrivalId));
+    m_dtpArrivalDate->setDate(doc->arrivalDate);
+    m_cboPRCenter->setText(doc->centerName);
+    m_cboPermitNo->setText(doc->permitNo);
+    const bool viaCentre = !doc->centerName.isEmpty();
+    const bool viaContract = doc->contractId != 0;
+    if (viaCentre)
+        RefreshRemaining();
+    placeSeller(doc->sellerName);
+    m_cboCommodity->setText(doc->commodityName);
+    commodityChosenQuietly();
+    // The contract has left the list, since this arrival uses it: its number stands as text.
+    m_cboContract->setText(viaContract ? QString::number(doc->contractId) : QString());
+    enableSellerFields(!viaCentre && !viaContract);
+    m_cboCommodity->setEnabled(!viaContract);
+    m_cboContract->setEnabled(!viaCentre);
+    m_cboPRCenter->setEnabled(!viaContract);
+    m_cboPermitNo->setEnabled(!viaContract);
+
+    std::vector<QStringList> rows;
+    for (const ArrivalLineData& l : doc->lines) {
+        ArrivalRow r = emptyArrivalRow();
+        r[ColVehicleNo] = l.vehicleNo;
+        r[ColClass] = l.bagsClass;
+        r[ColType] = l.bagsType;
+        r[ColQty] = formatNumber(l.noOfBags);
+        r[ColBags] = formatNumber(l.bagWeight);
+        r[ColGross] = formatNumber(l.noOfBags * l.bagWeight);
+        r[ColPerBag] = formatNumber(l.bagsDeduction);
+        r[ColOther] = formatNumber(l.otherDeduction);
+        r[ColDriverName] = l.driverName;
+        r[ColBiltyNo] = l.biltyNo;
+        r[ColRateUnit] = formatNumber(l.rateUnit);
+        r[ColBagRate] = formatNumber(l.bagsRate);
+        r[ColRateUnitId] = l.rateUnitName;
+        if (l.rateUnitId)
+            r[ColWeighInKgs] = formatNumber(l.weightInKgs);
+        rows.push_back(r);
+    }
+    lines()->setLines(std::move(rows));
+    for (int i = 0; i < lines()->lineCount(); ++i)
+        recompute(i, ColQty);
+    RefreshArrivalFooters();
+    IsOpened = true;
+    OpenedDocumentId = doc->arrivalId;
+    return true;
+}
+
+void FrmArrivalsRate::openDocument() {
+    const int picked = m_arrivalSearch ? m_arrivalSearch(this) : showArrivalSearch(this, context());
+    if (picked != 0)
+        OpenedDocumentId = picked;
+    LoadArrival(OpenedDocumentId);
+    ModeWord = QStringLiteral("OpenMode");
+    SetScreenMode(3);
+    const int purchase = m_store.isInvoiced(OpenedDocumentId);
+    if (purchase != 0) {
+        msg::show(this,
+                  QStringLiteral("This arrival is not editable because it has been used in "
+                                 "Purchase Invoice No.(") +
+                      QString::number(purchase) + QLatin1Char(')'),
+                  msg::kAlert, QMessageBox::Warning, QMessageBox::Ok);
+        if (QPushButton* remove = button(Button::Remove))
+            remove->setEnabled(false);
+    }
+}
+
+// ---- Save, remove, print --------------------------------------------------------------------
+
+ArrivalDocument FrmArrivalsRate::documentOnScreen() const {
+    ArrivalDocument a;
+    a.arrivalId = arrivalIdOnScreen();
+    a.arrivalDate = m_dtpArrivalDate->date();
+    if (!m_cboPRCenter->text().isEmpty()) {
+        a.centerId = m_cboPRCenter->currentKey().toLongLong();
+        a.permitNo = m_cboPermitNo->text();
+        a.sellerId = context().hostSettings().DFCAccountNo;
+    } else {
+        a.sellerId = m_cboSeller->currentKey();
+    }
+    a.commodityId = m_cboCommodity->currentKey().toLongLong();
+    if (!m_cboContract->text().isEmpty())
+        a.contractId = qint64(leadingNumber(m_cboContract->text()));
+    for (const QStringList& r : lines()->rows()) {
+        const auto cell = [&r](int c) { return c < r.size() ? r.at(c) : QString(); };
+        ArrivalLineData l;
+        l.vehicleNo = cell(ColVehicleNo);
+        l.bagsClassId = findKey(m_bagClasses, cell(ColClass)).toLongLong();
+        l.bagsTypeId = findKey(m_bagTypes, cell(ColType)).toLongLong();
+        l.noOfBags = leadingNumber(cell(ColQty));
+        l.bagWeight = leadingNumber(cell(ColBags));
+        l.bagsDeduction = leadingNumber(cell(ColPerBag));
+        l.otherDeduction = leadingNumber(cell(ColOther));
+        l.driverName = cell(ColDriverName);
+        l.biltyNo = cell(ColBiltyNo);
+        l.rateUnit = leadingNumber(cell(ColRateUnit));
+        l.bagsRate = leadingNumber(cell(ColBagRate));
+        l.rateUnitId = findKey(m_units, cell(ColRateUnitId)).toLongLong();
+        l.weightInKgs = leadingNumber(cell(ColWeighInKgs));
+        a.lines.push_back(l);
+    }
+    return a;
+}
+
+void FrmArrivalsRate::saveDocument() {
+    ArrivalSaveInput in;
+    in.sellerKey = m_cboPRCenter->text().isEmpty() ? m_cboSeller->currentKey()
+                                                   : context().hostSettings().DFCAccountNo;
+    in.commodityKey = m_cboCommodity->currentKey();
+    in.arrivalIdText = m_txtArrivalId->text();
+    in.isOpened = IsOpened;
+    in.rows = lines()->rows();
+    in.bagClasses = names(m_bagClasses);
+    in.bagTypes = names(m_bagTypes);
+    const auto failure = ValidateArrival(in, [this](int id) { return m_store.exists(id); });
+    if (failure) {
+        if (failure->drawNewId) {
+            // One key from here on: shown, and used by every statement of the next save.
+            OpenedDocumentId = m_store.nextArrivalId();
+            m_txtArrivalId->setText(QString::number(OpenedDocumentId));
+        }
+        msg::show(this, failure->message, failure->title, boxIcon(failure->icon), QMessageBox::Ok);
+        if (failure->row >= 0) {
+            m_grid->setCurrentIndex(lines()->index(failure->row, failure->column));
+            m_grid->setFocus();
+        } else if (!failure->focus.isEmpty()) {
+            if (auto* w = findChild<QWidget*>(failure->focus))
+                w->setFocus();
+        }
+        return;
+    }
+    const ArrivalDocument doc = documentOnScreen();
+    try {
+        m_store.save(doc, !IsOpened);
+    } catch (const ArrivalRefusal& refusal) {
+        msg::show(this, refusal.description(), refusal.source(),
+                  refusal.icon() == ArrivalRefusal::Icon::Information ? QMessageBox::Information
+                                                                      : QMessageBox::Warning,
+                  QMessageBox::Ok);
+        if (refusal.row() >= 0) {
+            m_grid->setCurrentIndex(lines()->index(refusal.row(), ColBags));
+            m_grid->setFocus();
+        }
+        return;
+    }
+    OpenedDocumentId = doc.arrivalId;
+    if (msg::askPrint(this))
+        guard([this] { printDocument(); });
+    SetScreenMode(1);
+    m_dtpArrivalDate->setFocus();
+}
+
+void FrmArrivalsRate::printDocument() {
+    const auto doc = m_store.load(arrivalIdOnScreen());
+    showReport(this, CrpArrival(doc ? &*doc : nullptr, context().hostSettings()));
+}
+
+void FrmArrivalsRate::removeDocument() {
+    if (!msg::askYesNo(this, QStringLiteral("Are you sure to remove this arrival?"), msg::kAlert))
+        return;
+    try {
+        m_store.remove(OpenedDocumentId);
+    } catch (const ArrivalRefusal& refusal) {
+        msg::show(this, refusal.description(), refusal.source(), QMessageBox::Warning,
+                  QMessageBox::Ok);
+        return;
+    }
+    SetScreenMode(1);
+    m_dtpArrivalDate->setFocus();
+}
+
+} // namespace gm

@@ -1,0 +1,284 @@
+#include "arrivals/ArrivalLines.h"
+#include "arrivals/ArrivalValidation.h"
+#include "services/Lookups.h"
+
+#include <QtTest>
+
+using namespace gm;
+
+namespace {
+
+ArrivalRow line(const QString& qty, const QString& bags, const QString& perBag = {},
+                const QString& other = {}) {
+    ArrivalRow row = emptyArrivalRow();
+    row[ColQty] = qty;
+    row[ColBags] = bags;
+    row[ColPerBag] = perBag;
+    row[ColOther] = other;
+    return row;
+}
+
+ArrivalCellContext centre(const QString& bags, const QString& weight) {
+    ArrivalCellContext c;
+    c.hasCenter = true;
+    c.remainingBags = bags;
+    c.remainingWeight = weight;
+    return c;
+}
+
+} // namespace
+
+class TestArrivalLines : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void weightsOfALine_data();
+    void weightsOfALine();
+    void grossTypedByHand_data();
+    void grossTypedByHand();
+    void rateUnitFollowsCommodity();
+    void storedNetAndCost();
+    void footersSumDownTheLines();
+    void cellChecks_data();
+    void cellChecks();
+    void validationOrder_data();
+    void validationOrder();
+    void clashDrawsNewKeyOnlyForUnopened();
+};
+
+void TestArrivalLines::weightsOfALine_data() {
+    QTest::addColumn<QString>("qty");
+    QTest::addColumn<QString>("bags");
+    QTest::addColumn<QString>("perBag");
+    QTest::addColumn<QString>("other");
+    QTest::addColumn<QString>("gross");
+    QTest::addColumn<double>("net");
+    // Other is a lump for the whole line, not per bag.
+    QTest::newRow("deductions") << "100"
+                                << "50.5"
+                                << "0.25"
+                                << "20"
+                                << "5050" << 5005.0;
+    QTest::newRow("no deductions") << "3"
+                                   << "85"
+                                   << ""
+                                   << ""
+                                   << "255" << 255.0;
+    QTest::newRow("gross rounded to 2") << "3"
+                                        << "33.333"
+                                        << ""
+                                        << ""
+                                        << "100" << 100.0;
+    QTest::newRow("net may go negative") << "2"
+                                         << "10"
+                                         << "5"
+                                         << "30"
+                                         << "20" << -20.0;
+    // Without a quantity there is no gross, and the net stays as it was.
+    QTest::newRow("empty qty") << ""
+                               << "50"
+                               << "1"
+                               << ""
+                               << "" << 0.0;
+    QTest::newRow("zero bag weight") << "10"
+                                     << "0"
+                                     << ""
+                                     << ""
+                                     << "" << 0.0;
+}
+
+void TestArrivalLines::weightsOfALine() {
+    QFETCH(QString, qty);
+    QFETCH(QString, bags);
+    QFETCH(QString, perBag);
+    QFETCH(QString, other);
+    QFETCH(QString, gross);
+    QFETCH(double, net);
+    ArrivalRow row = line(qty, bags, perBag, other);
+    recalcAfterQtyOrBags(row, RateUnitInfo{QStringLiteral("Maund (40)"), 40});
+    QCOMPARE(row[ColGross], gross);
+    QCOMPARE(leadingNumber(row[ColNetWeight]), net);
+    QCOMPARE(row[ColRateUnitId].isEmpty(), gross.isEmpty());
+}
+
+void TestArrivalLines::grossTypedByHand_data() {
+    QTest::addColumn<QString>("qty");
+    QTest::addColumn<QString>("gross");
+    QTest::addColumn<QString>("bags");
+    QTest::addColumn<double>("net");
+    QTest::newRow("per-bag weight to 4 decimals") << "3"
+                                                  << "100"
+                                                  << "33.3333" << 97.0;
+    // Nothing to divide by: the per-bag weight is left, the net still follows the gross.
+    QTest::newRow("no qty") << ""
+                            << "100"
+                            << "7" << 99.0;
+}
+
+void TestArrivalLines::grossTypedByHand() {
+    QFETCH(QString, qty);
+    QFETCH(QString, gross);
+    QFETCH(QString, bags);
+    QFETCH(double, net);
+    ArrivalRow row = line(qty, QStringLiteral("7"), QString(), QStringLiteral("1"));
+    if (!qty.isEmpty())
+        row[ColOther] = QStringLiteral("3");
+    row[ColGross] = gross;
+    recalcAfterGross(row);
+    QCOMPARE(row[ColBags], bags);
+    QCOMPARE(leadingNumber(row[ColNetWeight]), net);
+}
+
+void TestArrivalLines::rateUnitFollowsCommodity() {
+    ArrivalRow row = line(QStringLiteral("10"), QStringLiteral("100"));
+    recalcAfterQtyOrBags(row, RateUnitInfo{QStringLiteral("Maund (40)"), 40});
+    QCOMPARE(row[ColRateUnitId], QStringLiteral("Maund (40)"));
+    QCOMPARE(row[ColWeighInKgs], QStringLiteral("40"));
+    // A commodity without a rate unit leaves the name empty and the kilograms alone.
+    recalcAfterQtyOrBags(row, std::nullopt);
+    QCOMPARE(row[ColRateUnitId], QString());
+    QCOMPARE(row[ColWeighInKgs], QStringLiteral("40"));
+}
+
+void TestArrivalLines::storedNetAndCost() {
+    QCOMPARE(storedNetWeight(100, 50.5, 0.25, 20), 5005.0);
+    QCOMPARE(lineCostPerKg(4000, 40), 100.0);
+    QCOMPARE(lineCostPerKg(4000, 0), 0.0);
+    QCOMPARE(lineCostPerKg(0, 40), 0.0);
+}
+
+void TestArrivalLines::footersSumDownTheLines() {
+    std::vector<ArrivalRow> rows = {line("100", "50.5", "0.25", "20"), line("3", "85"),
+                                    line("abc", "")};
+    for (ArrivalRow& r : rows)
+        recalcAfterQtyOrBags(r, std::nullopt);
+    QCOMPARE(SumGridColumn(rows, ColQty).toDouble(), 103.0);
+    QCOMPARE(SumGridColumn(rows, ColGross).toDouble(), 5305.0);
+    QCOMPARE(SumGridColumn(rows, ColNetWeight).toDouble(), 5260.0);
+    QCOMPARE(SumGridColumn(std::vector<ArrivalRow>{}, ColNetWeight).toDouble(), 0.0);
+}
+
+void TestArrivalLines::cellChecks_data() {
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("withCentre");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("message");
+    const int ok = ArrivalCellVerdict::Accept, no = ArrivalCellVerdict::Refuse,
+              ask = ArrivalCellVerdict::AskQuota;
+    const QString vehicle = QStringLiteral("Vehicle no must be less then 15 charactors.");
+    const QString weight =
+        QStringLiteral("Weight must be greator then 0 and less then remaining Weight.");
+    QTest::newRow("vehicle of 15") << 0 << QString(15, 'V') << false << ok << QString();
+    QTest::newRow("vehicle of 16") << 0 << QString(16, 'V') << false << no << vehicle;
+    QTest::newRow("class listed") << 1 << "A" << false << ok << QString();
+    QTest::newRow("class unknown") << 1 << "Z" << false << no << "Please provide a valid class.";
+    QTest::newRow("type unknown") << 2 << "Jute" << false << no << "Please provide a valid type.";
+    QTest::newRow("per bag 99999") << 6 << "99999" << false << ok << QString();
+    QTest::newRow("per bag 99999.5")
+        << 6 << "99999.5" << false << no << "Please provide a valid per bag.";
+    QTest::newRow("other negative") << 7 << "-1" << false << no << "Please provide a valid other.";
+    QTest::newRow("driver of 25") << 9 << QString(25, 'd') << false << ok << QString();
+    QTest::newRow("driver of 26") << 9 << QString(26, 'd') << false << no
+                                  << "Please provide a valid driver name.";
+    QTest::newRow("bilty of 16") << 10 << QString(16, 'b') << false << no
+                                 << "Please provide a valid bilty no.";
+    // Free arrivals have no quota and no test of zero.
+    QTest::newRow("free qty zero") << 3 << "0" << false << ok << QString();
+    QTest::newRow("free big bag") << 4 << "900" << false << ok << QString();
+    QTest::newRow("qty within quota") << 3 << "100" << true << ok << QString();
+    QTest::newRow("qty over quota") << 3 << "101" << true << ask << kQuotaQuestion;
+    QTest::newRow("qty zero at centre") << 3 << "0" << true << ask << kQuotaQuestion;
+    QTest::newRow("bag weight within") << 4 << "50" << true << ok << QString();
+    QTest::newRow("bag weight over remainder") << 4 << "500.5" << true << no << weight;
+    QTest::newRow("bag weight zero at centre") << 4 << "0" << true << no << weight;
+}
+
+void TestArrivalLines::cellChecks() {
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    QFETCH(bool, withCentre);
+    QFETCH(int, kind);
+    QFETCH(QString, message);
+    ArrivalCellContext c =
+        withCentre ? centre(QStringLiteral("100"), QStringLiteral("500")) : ArrivalCellContext{};
+    c.bagClasses = {QStringLiteral("A"), QStringLiteral("B")};
+    c.bagTypes = {QStringLiteral("PP 100kg")};
+    const ArrivalCellVerdict v = checkArrivalCell(column, text, c);
+    QCOMPARE(int(v.kind), kind);
+    QCOMPARE(v.message, message);
+}
+
+void TestArrivalLines::validationOrder_data() {
+    QTest::addColumn<QString>("seller");
+    QTest::addColumn<QString>("commodity");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("focus");
+    QTest::newRow("no seller") << ""
+                               << ""
+                               << "1" << 1 << "Please select a valid Party and try again"
+                               << "CboSeller";
+    QTest::newRow("no commodity") << "601"
+                                  << ""
+                                  << "1" << 1 << "Please select a valid commodity and try again"
+                                  << "CboCommodity";
+    QTest::newRow("zero id") << "601"
+                             << "1"
+                             << "0" << 1
+                             << "Invalid Arrival ID. A new Arrival has been automatically "
+                                "generated. Please save again"
+                             << "";
+    QTest::newRow("no lines") << "601"
+                              << "1"
+                              << "7" << 0
+                              << "There is no record to save.Please enter atleast one "
+                                 "commodity and save again"
+                              << "Grid";
+    QTest::newRow("passes") << "601"
+                            << "1"
+                            << "7" << 2 << ""
+                            << "";
+}
+
+void TestArrivalLines::validationOrder() {
+    QFETCH(QString, seller);
+    QFETCH(QString, commodity);
+    QFETCH(QString, id);
+    QFETCH(int, rows);
+    QFETCH(QString, message);
+    QFETCH(QString, focus);
+    ArrivalSaveInput in;
+    in.sellerKey = seller;
+    in.commodityKey = commodity;
+    in.arrivalIdText = id;
+    for (int i = 0; i < rows; ++i)
+        in.rows.push_back(line("10", "50"));
+    const auto f = ValidateArrival(in, [](int) { return false; });
+    QCOMPARE(f ? f->message : QString(), message);
+    QCOMPARE(f ? f->focus : QString(), focus);
+}
+
+void TestArrivalLines::clashDrawsNewKeyOnlyForUnopened() {
+    ArrivalSaveInput in;
+    in.sellerKey = "601";
+    in.commodityKey = "1";
+    in.arrivalIdText = "7";
+    in.rows = {line("10", "50"), line("10", ""), line("1", "1")};
+    const auto taken = [](int id) { return id == 7; };
+    auto f = ValidateArrival(in, taken);
+    QVERIFY(f && f->drawNewId);
+    QCOMPARE(f->message, QStringLiteral("The Arrival ID already exists. A new ID has been "
+                                        "generated. Please save your record again"));
+    // An opened arrival saves over its own key; then the line without a bag weight is named,
+    // not dropped, and the lines after it are not the ones blamed.
+    in.isOpened = true;
+    f = ValidateArrival(in, taken);
+    QVERIFY(f);
+    QCOMPARE(f->message, QStringLiteral("Please provide a valid bags."));
+    QCOMPARE(f->row, 1);
+    QCOMPARE(int(f->icon), int(ArrivalValidationFailure::Icon::Information));
+}
+
+QTEST_APPLESS_MAIN(TestArrivalLines)
+#include "tst_arrival_lines.moc"

@@ -1,0 +1,249 @@
+#include "ArrivalFixture.h"
+#include "arrivals/ArrivalReport.h"
+#include "arrivals/ArrivalStore.h"
+#include "services/Lookups.h"
+#include "support/TestDb.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace gm;
+using namespace gm::test;
+
+class TestArrivalStore : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void savedVehiclesRaiseStock();
+    void editReplacesLinesAndStockFollows();
+    void removalLowersStock();
+    void invoicedArrivalIsRefused();
+    void newArrivalNeverOverwritesAnother();
+    void lineWithoutBagWeightIsRefusedNotDropped();
+    void contractLeavesTheListOnceUsed();
+    void centreQuotaAndPermitRates();
+    void printedPageCarriesLinesAndTotals();
+};
+
+void TestArrivalStore::savedVehiclesRaiseStock() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    QCOMPARE(store.nextArrivalId(), 1);
+    ArrivalDocument a =
+        freeArrival(1, {vehicle("LHR-1'22", 100, 100.5, 0.5, 20), vehicle("OKR-7", 50, 100, 1, 0),
+                        vehicle("SWL-3", 20, 50, 0, 5, 4, 2)});
+    a.lines[0].rateUnit = 3900;
+    a.lines[0].rateUnitId = 2;
+    a.lines[0].weightInKgs = 40;
+    a.lines[0].driverName = QStringLiteral("Akram");
+    store.save(a, true);
+
+    QVERIFY(store.exists(1));
+    QCOMPARE(store.nextArrivalId(), 2);
+    QCOMPARE(toInt(scalar(*conn, "SELECT IsPosted FROM Arrivals WHERE ArrivalId = 1")), 1);
+    // Net = bags x bag weight - bags x per-bag deduction - the lump.
+    QCOMPARE(toDouble(scalar(*conn, "SELECT NetWeight FROM ArrivalsBody WHERE VehicleNo = ?",
+                             {QStringLiteral("LHR-1'22")})),
+             9980.0);
+    QCOMPARE(toDouble(scalar(*conn, "SELECT Cost FROM ArrivalsBody WHERE VehicleNo = ?",
+                             {QStringLiteral("LHR-1'22")})),
+             97.5);
+    QVERIFY(scalar(*conn, "SELECT BiltyNo FROM ArrivalsBody WHERE VehicleNo = 'OKR-7'").isNull());
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 9980.0 + 4950.0 + 995.0);
+    QCOMPARE(stockBags(*conn, 2, 1), 150.0);
+    QCOMPARE(stockBags(*conn, 4, 2), 20.0);
+
+    const auto back = store.load(1);
+    QVERIFY(back);
+    QCOMPARE(back->lines.size(), size_t(3));
+    QCOMPARE(back->sellerName, QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+    QCOMPARE(back->commodityName.isEmpty(), false);
+    QCOMPARE(back->lines[0].rateUnitName, QStringLiteral("Mound (40)"));
+    QCOMPARE(back->lines[0].driverName, QStringLiteral("Akram"));
+}
+
+void TestArrivalStore::editReplacesLinesAndStockFollows() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    store.save(freeArrival(1, {vehicle("A-1", 100, 100), vehicle("A-2", 100, 100)}), true);
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 20000.0);
+
+    ArrivalDocument edited = freeArrival(1, {vehicle("A-3", 10, 100, 0, 0, 3, 2)});
+    edited.commodityId = kWheatGovernment;
+    store.save(edited, false);
+    QCOMPARE(toInt(scalar(*conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = 1")), 1);
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 0.0);
+    QCOMPARE(stockWeight(*conn, kWheatGovernment), 1000.0);
+    QCOMPARE(stockBags(*conn, 2, 1), 0.0);
+    QCOMPARE(stockBags(*conn, 3, 2), 10.0);
+}
+
+void TestArrivalStore::removalLowersStock() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    store.save(freeArrival(1, {vehicle("A-1", 100, 100)}), true);
+    store.save(freeArrival(2, {vehicle("B-1", 30, 100)}), true);
+    store.remove(1);
+    QVERIFY(!store.exists(1));
+    QCOMPARE(toInt(scalar(*conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = 1")), 0);
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 3000.0);
+    QCOMPARE(stockBags(*conn, 2, 1), 30.0);
+}
+
+void TestArrivalStore::invoicedArrivalIsRefused() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    store.save(freeArrival(1, {vehicle("A-1", 100, 100), vehicle("A-2", 10, 100)}), true);
+    invoiceVehicle(*conn, 7, 1, QStringLiteral("A-1"), kWheatLocal);
+    QCOMPARE(store.isInvoiced(1), 7);
+
+    try {
+        store.save(freeArrival(1, {vehicle("A-9", 1, 100)}), false);
+        QFAIL("an invoiced arrival was changed");
+    } catch (const ArrivalRefusal& r) {
+        QCOMPARE(r.description(), kArrivalUpdateRefusal);
+    }
+    try {
+        store.remove(1);
+        QFAIL("an invoiced arrival was removed");
+    } catch (const ArrivalRefusal& r) {
+        QCOMPARE(r.description(),
+                 QStringLiteral("Cannot remove this invoice because it is used in (PurchaseBody) "
+                                "table"));
+    }
+    QCOMPARE(toInt(scalar(*conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = 1")), 2);
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 11000.0);
+}
+
+void TestArrivalStore::newArrivalNeverOverwritesAnother() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    store.save(freeArrival(1, {vehicle("THEIRS", 100, 100)}), true);
+    QVERIFY_THROWS_EXCEPTION(DbError, store.save(freeArrival(1, {vehicle("MINE", 5, 100)}), true));
+    QCOMPARE(toText(scalar(*conn, "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = 1")),
+             QStringLiteral("THEIRS"));
+    QCOMPARE(stockWeight(*conn, kWheatLocal), 10000.0);
+}
+
+void TestArrivalStore::lineWithoutBagWeightIsRefusedNotDropped() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    try {
+        store.save(freeArrival(1, {vehicle("A-1", 10, 100), vehicle("A-2", 10, 0),
+                                   vehicle("A-3", 10, 100)}),
+                   true);
+        QFAIL("a line without bag weight was saved");
+    } catch (const ArrivalRefusal& r) {
+        QCOMPARE(r.description(), QStringLiteral("Please provide a valid bags."));
+        QCOMPARE(r.row(), 1);
+    }
+    QVERIFY(!store.exists(1));
+}
+
+void TestArrivalStore::contractLeavesTheListOnceUsed() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    insertContract(*conn, 11, QString::fromLatin1(kSeller), kWheatGovernment);
+    insertContract(*conn, 12, QStringLiteral("6100002"), kWheatLocal);
+    ArrivalStore store(*conn);
+    const LookupList before = store.contracts();
+    QCOMPARE(findKey(before, QStringLiteral("11")),
+             QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+    QVERIFY(indexOfName(before, QStringLiteral("12")) >= 0);
+    const auto d = store.contractDefaults(11);
+    QVERIFY(d);
+    QCOMPARE(d->sellerId, QString::fromLatin1(kSeller));
+    QCOMPARE(d->commodityId, qint64(kWheatGovernment));
+
+    ArrivalDocument a = freeArrival(1, {vehicle("C-1", 10, 100)});
+    a.contractId = 11;
+    store.save(a, true);
+    const LookupList after = store.contracts();
+    QCOMPARE(after.size(), before.size() - 1);
+    QCOMPARE(indexOfName(after, QStringLiteral("11")), -1);
+    QVERIFY(indexOfName(after, QStringLiteral("12")) >= 0);
+}
+
+void TestArrivalStore::centreQuotaAndPermitRates() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    // Two letters of one payment at centre 1 and one of another: averages go per letter.
+    insertDfcPayment(*conn, 1, kWheatGovernment, 3900, 80, 2,
+                     {{"P-100", 1, 300, 30000}, {"P-101", 1, 200, 20000}});
+    insertDfcPayment(*conn, 2, kWheatGovernment, 4200, 95, 3, {{"P-200", 1, 100, 10000}});
+    insertDfcPayment(*conn, 3, kWheatGovernment, 9999, 99, 1, {{"P-300", 2, 50, 5000}});
+    ArrivalStore store(*conn);
+
+    QCOMPARE(store.prCentres().size(), size_t(2));
+    QCOMPARE(store.permits().size(), size_t(4));
+    RemainingQuota r = store.remaining(1);
+    QCOMPARE(r.bags, 600.0);
+    QCOMPARE(r.weight, 60000.0);
+
+    ArrivalDocument a = freeArrival(1, {vehicle("G-1", 250, 100, 0.5, 10)});
+    a.commodityId = kWheatGovernment;
+    a.centerId = 1;
+    a.permitNo = QStringLiteral("P-100");
+    a.sellerId = QString::fromLatin1(kDfcAccount);
+    store.save(a, true);
+    r = store.remaining(1);
+    QCOMPARE(r.bags, 350.0);
+    QCOMPARE(r.weight, 60000.0 - (25000.0 - 125.0 - 10.0)); // against the net, not the gross
+    QCOMPARE(store.remaining(2).bags, 50.0);
+
+    const auto rates = store.permitRates(1, kWheatGovernment);
+    QVERIFY(rates);
+    QCOMPARE(rates->ratePerUnit, 4000.0); // (3900 + 3900 + 4200) / 3
+    QCOMPARE(rates->pricePerBag, 85.0);
+    QCOMPARE(rates->rateUnitId, qint64(2));
+    QVERIFY(!store.permitRates(1, kWheatLocal));
+    QCOMPARE(store.partyDisplayName(QString::fromLatin1(kDfcAccount)),
+             QStringLiteral("District Food Controller-Okara"));
+}
+
+void TestArrivalStore::printedPageCarriesLinesAndTotals() {
+    GM_REQUIRE_ENGINE();
+    auto conn = freshSampleConn();
+    ArrivalStore store(*conn);
+    store.save(
+        freeArrival(1, {vehicle("LHR-1'22", 100, 100.5, 0.5, 20), vehicle("OKR-7", 50, 100)}),
+        true);
+    HostSettingsValues s;
+    s.HeaderLine1 = QStringLiteral("Model Flour Mills");
+    s.HeaderLine2 = QStringLiteral("Okara");
+    s.HeaderLine3Main = QStringLiteral("Phone 1234");
+    s.HeaderLine3Extra = QStringLiteral("Fax 5678");
+    s.HeaderEmail = QStringLiteral("mill@example.com");
+    const auto doc = store.load(1);
+    const Report report = CrpArrival(doc ? &*doc : nullptr, s);
+    QCOMPARE(report.letterhead, QStringList({"Model Flour Mills", "Okara", "Phone 1234,Fax 5678",
+                                             "Email: mill@example.com"}));
+    QCOMPARE(report.tables.size(), 1);
+    QCOMPARE(report.tables[0].rows.size(), 2);
+    QCOMPARE(report.tables[0].totals.at(3), QStringLiteral("150"));
+    QCOMPARE(report.tables[0].totals.at(8), QStringLiteral("14980"));
+    // A key without saved vehicles prints the letterhead alone.
+    QVERIFY(CrpArrival(nullptr, s).tables.isEmpty());
+
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("arrival.pdf"));
+    QString why;
+    QVERIFY2(writeReportPdf(report, pdf, &why), qPrintable(why));
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), pdf, QStringLiteral("-")});
+    if (!p.waitForFinished(20000) || p.exitCode() != 0)
+        QSKIP("pdftotext is not available");
+    const QString text = QString::fromUtf8(p.readAllStandardOutput());
+    QVERIFY(text.contains(QStringLiteral("LHR-1'22")));
+    QVERIFY(text.contains(QStringLiteral("Email: mill@example.com")));
+    QVERIFY(text.contains(QStringLiteral("14980")));
+}
+
+QTEST_MAIN(TestArrivalStore)
+#include "tst_arrival_store.moc"
