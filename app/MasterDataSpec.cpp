@@ -1,0 +1,261 @@
+#include "MasterDataSpec.h"
+
+namespace gm::host {
+
+namespace {
+
+FieldSpec text(const char* column, const char* caption, int maxLength = 0) {
+    FieldSpec f;
+    f.column = QString::fromLatin1(column);
+    f.caption = QString::fromLatin1(caption);
+    f.maxLength = maxLength;
+    return f;
+}
+
+FieldSpec typed(const char* column, const char* caption, FieldType type) {
+    FieldSpec f = text(column, caption);
+    f.type = type;
+    return f;
+}
+
+FieldSpec lookup(const char* column, const char* caption, const char* sql, bool intKey = true) {
+    FieldSpec f = typed(column, caption, FieldType::Lookup);
+    f.lookupSql = QString::fromLatin1(sql);
+    f.lookupIntKey = intKey;
+    return f;
+}
+
+FieldSpec intKey(const char* column, const char* caption) {
+    FieldSpec f = typed(column, caption, FieldType::Integer);
+    f.key = f.required = f.autoKey = f.nonNegative = true;
+    return f;
+}
+
+FieldSpec name(const char* column, const char* caption, int maxLength = 100) {
+    FieldSpec f = text(column, caption, maxLength);
+    f.required = f.unique = true;
+    return f;
+}
+
+FieldSpec flag(const char* column, const char* caption) {
+    return typed(column, caption, FieldType::Flag);
+}
+
+FieldSpec amount(const char* column, const char* caption) {
+    FieldSpec f = typed(column, caption, FieldType::Decimal);
+    f.nonNegative = true;
+    return f;
+}
+
+const char* kUnitList = "SELECT UnitId, UnitName FROM Units ORDER BY UnitId";
+const char* kAccountList =
+    "SELECT AccountNo, AccountNo || ' ' || COALESCE(AccountName, '') FROM ChartOfAccounts "
+    "ORDER BY AccountNo";
+
+std::vector<TableSpec> build() {
+    std::vector<TableSpec> all;
+
+    {
+        TableSpec t;
+        t.id = QStringLiteral("parties");
+        t.noun = QStringLiteral("party");
+        t.title = QStringLiteral("Parties");
+        t.table = QStringLiteral("ChartOfAccounts");
+        t.secondaryTable = QStringLiteral("Parties");
+        t.secondaryKeyColumn = QStringLiteral("PartyId");
+        FieldSpec no = text("AccountNo", "Account no.", 20);
+        no.key = no.required = true;
+        FieldSpec parent = lookup("ParentAccountNo", "Parent account", kAccountList, false);
+        FieldSpec city =
+            lookup("CityId", "City", "SELECT CityId, CityName FROM Cities ORDER BY CityName");
+        city.secondary = true;
+        FieldSpec seller = flag("IsSeller", "Seller"), buyer = flag("IsBuyer", "Buyer"),
+                  broker = flag("IsBroker", "Broker");
+        seller.secondary = buyer.secondary = broker.secondary = true;
+        t.fields = {no,     name("AccountName", "Name"),
+                    parent, flag("IsEditable", "Editable"),
+                    city,   seller,
+                    buyer,  broker};
+        t.fields[1].unique = false; // two parties of one name are told apart by their city
+        t.orderBy = QStringLiteral("AccountName");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("accounts");
+        t.noun = QStringLiteral("account");
+        t.title = QStringLiteral("Accounts");
+        t.table = QStringLiteral("ChartOfAccounts");
+        FieldSpec no = text("AccountNo", "Account no.", 20);
+        no.key = no.required = true;
+        FieldSpec accountName = text("AccountName", "Name", 100);
+        accountName.required = true;
+        t.fields = {no, accountName,
+                    lookup("ParentAccountNo", "Parent account", kAccountList, false),
+                    flag("IsEditable", "Editable")};
+        t.orderBy = QStringLiteral("AccountNo");
+        // A party's account goes with its party: the party list removes both together.
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("cities");
+        t.noun = QStringLiteral("city");
+        t.title = QStringLiteral("Cities");
+        t.table = QStringLiteral("Cities");
+        t.fields = {intKey("CityId", "City no."), name("CityName", "City")};
+        t.orderBy = QStringLiteral("CityName");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("commodities");
+        t.noun = QStringLiteral("commodity");
+        t.title = QStringLiteral("Commodities");
+        t.table = QStringLiteral("Commodities");
+        FieldSpec cls = typed("CommodityClassId", "Class", FieldType::Integer);
+        cls.nonNegative = true;
+        FieldSpec rateUnit = lookup("RateUnitId", "Rate unit", kUnitList);
+        FieldSpec stockUnit = lookup("StockUnitId", "Stock unit", kUnitList);
+        rateUnit.required = stockUnit.required = true; // every value is divided by its weight
+        t.fields = {intKey("CommodityId", "Commodity no."),
+                    name("CommodityName", "Commodity"),
+                    cls,
+                    lookup("DefaultBagsTypeID", "Default bag type",
+                           "SELECT BagsTypeId, BagsType FROM BagsTypes ORDER BY BagsTypeId"),
+                    rateUnit,
+                    stockUnit,
+                    amount("SaleRate", "Sale rate"),
+                    flag("IsPurchaseable", "Purchaseable"),
+                    flag("IsSaleable", "Saleable"),
+                    flag("IsWheatCommodity", "Wheat")};
+        t.orderBy = QStringLiteral("CommodityId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("units");
+        t.noun = QStringLiteral("unit");
+        t.title = QStringLiteral("Units");
+        t.table = QStringLiteral("Units");
+        FieldSpec kgs = amount("WeightInKgs", "Weight in kg");
+        kgs.required = true;
+        t.fields = {intKey("UnitId", "Unit no."), name("UnitName", "Unit", 50), kgs};
+        t.orderBy = QStringLiteral("UnitId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("bagtypes");
+        t.noun = QStringLiteral("bag type");
+        t.title = QStringLiteral("Bag types");
+        t.table = QStringLiteral("BagsTypes");
+        FieldSpec cap = amount("BagCapacity", "Bag weight (kg)");
+        cap.required = true;
+        t.fields = {intKey("BagsTypeId", "Bag type no."), name("BagsType", "Bag type", 50), cap};
+        t.orderBy = QStringLiteral("BagsTypeId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("bagclasses");
+        t.noun = QStringLiteral("bag class");
+        t.title = QStringLiteral("Bag classes");
+        t.table = QStringLiteral("BagsClasses");
+        t.fields = {intKey("BagsClassId", "Bag class no."), name("BagsClass", "Bag class", 50)};
+        t.orderBy = QStringLiteral("BagsClassId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("processes");
+        t.noun = QStringLiteral("process");
+        t.title = QStringLiteral("Processes");
+        t.table = QStringLiteral("Processes");
+        t.fields = {intKey("ProcessId", "Process no."), name("ProcessName", "Process")};
+        t.orderBy = QStringLiteral("ProcessId");
+        t.ownedBy = {QStringLiteral("ProcessComponents")};
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("processcomponents");
+        t.noun = QStringLiteral("commodity of the process");
+        t.title = QStringLiteral("Input and output commodities");
+        t.table = QStringLiteral("ProcessComponents");
+        FieldSpec process = typed("ProcessId", "Process", FieldType::Integer);
+        process.key = process.required = process.hidden = true;
+        FieldSpec commodity =
+            lookup("CommodityId", "Commodity",
+                   "SELECT CommodityId, CommodityName FROM Commodities ORDER BY CommodityId");
+        commodity.key = commodity.required = true;
+        t.fields = {process, commodity, flag("IsForInput", "Input"), flag("IsForOutPut", "Output")};
+        t.orderBy = QStringLiteral("CommodityId");
+        t.parentColumn = QStringLiteral("ProcessId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("prcentres");
+        t.noun = QStringLiteral("PR centre");
+        t.title = QStringLiteral("PR centres");
+        t.table = QStringLiteral("PRCenters");
+        t.fields = {intKey("CenterId", "Centre no."), name("CenterName", "PR centre")};
+        t.orderBy = QStringLiteral("CenterId");
+        all.push_back(t);
+    }
+    {
+        TableSpec t;
+        t.id = QStringLiteral("ledger");
+        t.noun = QStringLiteral("balance");
+        t.title = QStringLiteral("Opening balances");
+        t.table = QStringLiteral("LedgerEntries");
+        FieldSpec id = typed("EntryId", "Entry no.", FieldType::Integer);
+        id.key = id.hidden = id.generated = true;
+        FieldSpec account = lookup("AccountNo", "Account", kAccountList, false);
+        account.required = true;
+        FieldSpec date = typed("EntryDate", "Date", FieldType::Date);
+        date.required = true;
+        t.fields = {id, account, date, amount("Debit", "Debit"), amount("Credit", "Credit")};
+        t.orderBy = QStringLiteral("EntryId");
+        all.push_back(t);
+    }
+    return all;
+}
+
+} // namespace
+
+int TableSpec::fieldIndex(const QString& column) const {
+    for (size_t i = 0; i < fields.size(); ++i)
+        if (fields[i].column.compare(column, Qt::CaseInsensitive) == 0)
+            return int(i);
+    return -1;
+}
+
+std::vector<int> TableSpec::keyFields() const {
+    std::vector<int> keys;
+    for (size_t i = 0; i < fields.size(); ++i)
+        if (fields[i].key)
+            keys.push_back(int(i));
+    return keys;
+}
+
+const std::vector<TableSpec>& masterTables() {
+    static const std::vector<TableSpec> all = build();
+    return all;
+}
+
+const TableSpec* findMasterTable(const QString& id) {
+    for (const TableSpec& t : masterTables())
+        if (t.id == id)
+            return &t;
+    return nullptr;
+}
+
+const TableSpec* detailOf(const TableSpec& spec) {
+    if (spec.id == QLatin1String("processes"))
+        return findMasterTable(QStringLiteral("processcomponents"));
+    return nullptr;
+}
+
+} // namespace gm::host
