@@ -81,7 +81,9 @@ class Layout {
 public:
     Layout(const Report& report, QPaintDevice* device) : m_report(report) {
         QFont base = QApplication::font();
-        base.setStyleHint(QFont::SansSerif);
+        // No ligatures: the text of an exported PDF must read back letter for letter, so that
+        // it can be searched and copied ("office", not a glyph for "ffi").
+        base.setStyleHint(QFont::SansSerif, QFont::PreferNoShaping);
         auto make = [&](int index, qreal points, bool bold) {
             QFont f = base;
             f.setPointSizeF(points);
@@ -181,7 +183,7 @@ private:
 
     void text(const QRectF& rect, const QString& s, int font, int flags) {
         const QString shown =
-            metrics(font).elidedText(s, Qt::ElideRight, std::max<qreal>(rect.width() - 1, 0));
+            metrics(font).elidedText(s, Qt::ElideRight, std::max<qreal>(rect.width(), 0));
         m_pages.back().push_back({Step::Text, rect, shown, flags, font});
     }
 
@@ -209,8 +211,8 @@ private:
         std::vector<qreal> labelWidth(size_t(perRow), 0);
         for (int i = 0; i < fields.size(); ++i) {
             qreal& w = labelWidth[size_t(i % perRow)];
-            w = std::max(
-                w, metrics(Fonts::Bold).horizontalAdvance(fields[i]->label + QStringLiteral(": ")));
+            const QString label = fields[i]->label + QStringLiteral(": ");
+            w = std::max(w, metrics(Fonts::Bold).horizontalAdvance(label) + m_gap * 0.5);
         }
         for (qreal& w : labelWidth)
             w = std::min(w, cell * 0.5);

@@ -2,6 +2,7 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "entry/Messages.h"
 #include "search/SearchRows.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
@@ -15,7 +16,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -102,7 +103,7 @@ QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
     QString sql =
         QStringLiteral(
             "SELECT pu.PurchaseId, pu.PurchaseDate, %1 AS BrokerName, %2 AS SellerName, "
-            "SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit / NULLIF(u.WeightInKgs, 0) "
+            "SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit * 1.0 / NULLIF(u.WeightInKgs, 0) "
             "AS NUMERIC), 2)) AS Value, pu.SellerId "
             "FROM Purchases pu "
             "INNER JOIN PurchaseBody pb ON pu.PurchaseId = pb.PurchaseId "
@@ -243,14 +244,7 @@ const SearchDefinition kHourly{"SchHProduction",
                                hourlySql};
 
 void showError(QWidget* parent, const DbError& e) {
-    QMessageBox::critical(parent, e.source(), e.description(), QMessageBox::Ok);
-}
-
-const Conn& connOf(const Context& ctx) {
-    if (!ctx.conn)
-        throw DbError(QStringLiteral("The database connection has not been set up."),
-                      QStringLiteral("grainmill"));
-    return *ctx.conn;
+    ShowErrorBox(parent, e.description(), e.source());
 }
 
 bool isEnter(const QKeyEvent* key) {
@@ -271,6 +265,18 @@ QTableView* makeGrid(QWidget* parent, SearchRowsModel* rows, const char* name) {
     for (int c = 0; c < rows->columnCount(); ++c)
         grid->setColumnWidth(c, rows->columnWidth(c));
     return grid;
+}
+
+// A double click anywhere in a list picks: the row under the pointer, or else the current
+// one. It is taken from the event rather than from the view's signal, which also needs the
+// press before it to have landed on the same row.
+bool isDoubleClick(QTableView* grid, QEvent* event) {
+    if (event->type() != QEvent::MouseButtonDblClick)
+        return false;
+    const QModelIndex at = grid->indexAt(static_cast<QMouseEvent*>(event)->position().toPoint());
+    if (at.isValid())
+        grid->setCurrentIndex(at);
+    return true;
 }
 
 } // namespace
@@ -310,8 +316,8 @@ void DocumentSearch::buildUi() {
     if (m_def.fromName) {
         QDate from = QDate::currentDate().addDays(-365);
         QDate to = QDate::currentDate();
-        if (m_def.periodFromHost && m_ctx.settings) {
-            const HostSettingsValues host = m_ctx.settings->values();
+        if (m_def.periodFromHost) {
+            const HostSettingsValues host = m_ctx.hostSettings();
             from = host.PeriodStart;
             to = host.PeriodEnd;
         }
@@ -351,7 +357,6 @@ void DocumentSearch::buildUi() {
 
     connect(m_select, &QPushButton::clicked, this, &DocumentSearch::Select);
     connect(m_close, &QPushButton::clicked, this, &QDialog::reject);
-    connect(m_grid, &QAbstractItemView::doubleClicked, this, [this] { Select(); });
     if (m_filter)
         connect(m_filter, &QLineEdit::textChanged, this, &DocumentSearch::RunSearch);
     if (m_filterId)
@@ -383,7 +388,7 @@ void DocumentSearch::RunSearch() {
         f.name = m_filter->text();
     try {
         QVariantList binds;
-        const Conn& conn = connOf(m_ctx);
+        const Conn& conn = m_ctx.db();
         const QString sql = m_def.statement(conn, f, binds);
         m_rows->load(conn, sql, binds);
     } catch (const DbError& e) {
@@ -431,6 +436,10 @@ void DocumentSearch::rowChosen(int row) {
 }
 
 bool DocumentSearch::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_grid->viewport() && isDoubleClick(m_grid, event)) {
+        Select();
+        return true;
+    }
     if (event->type() == QEvent::KeyPress) {
         // Find which of the screen's controls the key went to (an inner part of a combo or a
         // date field counts as the control itself).
@@ -515,7 +524,7 @@ SchHProduction::SchHProduction(const Context& ctx, QWidget* owner)
 
     try {
         // Every commodity is offered, whatever its marks.
-        for (const LookupItem& item : loadCommodities(connOf(ctx), true, true, true))
+        for (const LookupItem& item : loadCommodities(ctx.db(), true, true, true))
             m_commodity->addItem(item.name, item.key);
     } catch (const DbError& e) {
         showError(this, e);
@@ -598,12 +607,12 @@ void SchParty::buildUi() {
 
     connect(m_select, &QPushButton::clicked, this, &SchParty::Select);
     connect(m_close, &QPushButton::clicked, this, &SchParty::CloseWithoutChoice);
-    connect(m_grid, &QAbstractItemView::doubleClicked, this, [this] { Select(); });
     connect(m_filter, &QLineEdit::textChanged, this, &SchParty::RunSearch);
     connect(m_filterId, &QLineEdit::textChanged, this, &SchParty::FindPartyId);
     m_filter->installEventFilter(this);
     m_filterId->installEventFilter(this);
     m_grid->installEventFilter(this);
+    m_grid->viewport()->installEventFilter(this);
 }
 
 void SchParty::RunSearch() {
@@ -615,7 +624,7 @@ void SchParty::RunSearch() {
                        "INNER JOIN Cities Ct ON P.CityId = Ct.CityId WHERE P.PartyId LIKE '6%'");
     QVariantList binds;
     try {
-        const Conn& conn = connOf(m_ctx);
+        const Conn& conn = m_ctx.db();
         if (!m_filter->text().isEmpty())
             sql += nameCondition(conn, QStringLiteral("C.AccountName"),
                                  containing(m_filter->text()), binds);
@@ -681,6 +690,10 @@ QString SchParty::cellText(int row, int column) const {
 }
 
 bool SchParty::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_grid->viewport() && isDoubleClick(m_grid, event)) {
+        Select();
+        return true;
+    }
     if (event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         if ((watched == m_filter || watched == m_filterId) && key->key() == Qt::Key_Down) {

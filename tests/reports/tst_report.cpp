@@ -1,0 +1,155 @@
+#include "reports/Report.h"
+
+#include <QApplication>
+#include <QPrintPreviewWidget>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace gm;
+
+namespace {
+
+HostSettingsValues letterhead() {
+    HostSettingsValues v;
+    v.HeaderLine1 = QStringLiteral("CRESCENT FLOUR MILLS");
+    v.HeaderLine2 = QStringLiteral("Grain Market Road");
+    v.HeaderLine3Main = QStringLiteral("Phone 042-111");
+    v.HeaderEmail = QStringLiteral("office@mill.example");
+    return v;
+}
+
+Report invoiceLike(int rows) {
+    Report r;
+    r.name = QStringLiteral("CrpPurchase");
+    r.title = QStringLiteral("PURCHASE INVOICE");
+    r.setLetterhead(letterhead());
+    r.headerFields = {{QStringLiteral("Invoice No"), QStringLiteral("17"), {}, false},
+                      {QStringLiteral("Previous Balance"), QStringLiteral("5000"),
+                       QStringLiteral("PreviousCredit1"), false}};
+    ReportTable t;
+    t.columns = {{QStringLiteral("Vehicle"), Qt::AlignLeft, 2},
+                 {QStringLiteral("Bags"), Qt::AlignRight, 1},
+                 {QStringLiteral("Weight"), Qt::AlignRight, 1.5}};
+    for (int i = 1; i <= rows; ++i)
+        t.rows << QStringList{QStringLiteral("LHR-%1").arg(i), QString::number(i),
+                              QString::number(i * 40)};
+    t.totals = {QStringLiteral("Total"), QString::number(rows * (rows + 1) / 2), {}};
+    r.tables << t;
+    r.summaryFields = {{QStringLiteral("Net Amount"), QStringLiteral("123456.00"), {}, false}};
+    return r;
+}
+
+// The PDF's text, one entry per page.
+QStringList pdfPages(const QString& path) {
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    if (!p.waitForFinished(30000) || p.exitCode() != 0)
+        return {};
+    QStringList pages = QString::fromUtf8(p.readAllStandardOutput()).split(QChar('\f'));
+    if (!pages.isEmpty() && pages.last().trimmed().isEmpty())
+        pages.removeLast();
+    return pages;
+}
+
+} // namespace
+
+class TestReport : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+
+private Q_SLOTS:
+    void longTableBreaksWithHeaderOnEveryPage() {
+        const QString path = m_dir.filePath("long.pdf");
+        QString error;
+        QVERIFY2(writeReportPdf(invoiceLike(200), path, &error), qPrintable(error));
+        const QStringList pages = pdfPages(path);
+        QVERIFY(pages.size() >= 3);
+        QStringList vehicles;
+        for (int i = 0; i < pages.size(); ++i) {
+            const QString& page = pages[i];
+            QVERIFY2(page.contains("CRESCENT FLOUR MILLS"), qPrintable(QString::number(i)));
+            QVERIFY2(page.contains("Email: office@mill.example"), qPrintable(page));
+            QVERIFY(page.contains("Phone 042-111") && !page.contains("Phone 042-111,"));
+            QVERIFY(page.contains("PURCHASE INVOICE"));
+            QVERIFY(page.contains(QRegularExpression("Vehicle\\s+Bags\\s+Weight")));
+            QVERIFY(page.contains(QStringLiteral("Page %1 of %2").arg(i + 1).arg(pages.size())));
+            for (const QString& line : page.split('\n'))
+                if (line.trimmed().startsWith("LHR-"))
+                    vehicles << line.trimmed().section(' ', 0, 0);
+        }
+        // Every row printed once, in order, none lost at a page break.
+        QCOMPARE(vehicles.size(), 200);
+        QCOMPARE(vehicles.first(), QStringLiteral("LHR-1"));
+        QCOMPARE(vehicles.last(), QStringLiteral("LHR-200"));
+        QVERIFY(pages.last().contains(QRegularExpression("Total\\s+20100")));
+        QVERIFY(pages.last().contains("123456.00"));
+    }
+
+    void suppressedFieldIsNotPrinted() {
+        Report r = invoiceLike(3);
+        QVERIFY(r.setSuppressed("PreviousCredit1", true));
+        QVERIFY(!r.setSuppressed("NoSuchField", true));
+        const QString path = m_dir.filePath("suppressed.pdf");
+        QVERIFY(writeReportPdf(r, path));
+        const QStringList pages = pdfPages(path);
+        QCOMPARE(pages.size(), 1);
+        QVERIFY(!pages[0].contains("Previous Balance"));
+        QVERIFY(pages[0].contains("Invoice No"));
+    }
+
+    void emptyReportIsOneBlankPage() {
+        const QString path = m_dir.filePath("empty.pdf");
+        QVERIFY(writeReportPdf(Report{}, path));
+        const QStringList pages = pdfPages(path);
+        QCOMPARE(pages.size(), 1);
+        QVERIFY(pages[0].contains("Page 1 of 1"));
+    }
+
+    void unwritablePathFails() {
+        QString error;
+        QVERIFY(!writeReportPdf(invoiceLike(1), m_dir.filePath("no/such/dir/x.pdf"), &error));
+        QVERIFY(!error.isEmpty());
+    }
+
+    void viewerShowsModallyOverItsOwner_data() {
+        QTest::addColumn<int>("rows");
+        QTest::newRow("no rows") << 0;
+        QTest::newRow("200 rows") << 200;
+    }
+
+    void viewerShowsModallyOverItsOwner() {
+        QFETCH(int, rows);
+        QWidget owner;
+        const Report report = invoiceLike(rows);
+        const QString pdf = m_dir.filePath(QStringLiteral("viewer%1.pdf").arg(rows));
+        QVERIFY(writeReportPdf(report, pdf));
+        const int expectedPages = int(pdfPages(pdf).size());
+        QString title;
+        QWidget* parent = nullptr;
+        int pages = -1;
+        QTimer::singleShot(0, [&] {
+            auto* viewer = qobject_cast<RptReportViewer*>(QApplication::activeModalWidget());
+            QVERIFY(viewer);
+            title = viewer->windowTitle();
+            parent = viewer->parentWidget();
+            viewer->previewWidget()->updatePreview();
+            pages = viewer->pageCount();
+            QCOMPARE(viewer->report().title, report.title);
+            viewer->RemoveObjectColors();
+            viewer->SetBorderColor();
+            viewer->reject();
+        });
+        showReport(&owner, report);
+        QCOMPARE(title, QStringLiteral("Previewing Report"));
+        QCOMPARE(parent, &owner);
+        // The preview pages as the PDF does.
+        QCOMPARE(pages, expectedPages);
+        QCOMPARE(lastShownReport().tables.value(0).rows.size(), rows);
+    }
+};
+
+QTEST_MAIN(TestReport)
+#include "tst_report.moc"

@@ -1,0 +1,451 @@
+#include "support/TestDb.h"
+
+#include "datastore/Sql.h"
+#include "entry/Host.h"
+#include "search/Search.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+using namespace gm;
+
+namespace {
+
+// Runs `action` on the modal dialog named `name` as soon as it is up.
+void onModal(const QString& name, std::function<void(QWidget*)> action) {
+    auto* timer = new QTimer(qApp);
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, [timer, name, action] {
+        QWidget* w = QApplication::activeModalWidget();
+        if (!w || w->objectName() != name)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        w->activateWindow();
+        if (!QTest::qWaitForWindowActive(w))
+            qWarning("dialog %s did not become active", qPrintable(name));
+        action(w);
+        // A dialog the action failed to close would hang the test: close it and say so.
+        QPointer<QDialog> dialog = qobject_cast<QDialog*>(w);
+        QTimer::singleShot(3000, qApp, [dialog] {
+            if (dialog && dialog->isVisible()) {
+                qWarning("dialog %s was left open", qPrintable(dialog->objectName()));
+                dialog->reject();
+            }
+        });
+    });
+    timer->start();
+}
+
+template <class T> T* child(QWidget* w, const char* name) {
+    T* c = w->findChild<T*>(QLatin1String(name));
+    if (!c)
+        qFatal("no control %s", name);
+    return c;
+}
+
+QDate today() {
+    return QDate::currentDate();
+}
+
+} // namespace
+
+class TestSearch : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<Conn> m_conn;
+    Context m_ctx;
+
+    void exec(const QString& sql, std::initializer_list<QVariant> values) {
+        execute(*m_conn, sql, values);
+    }
+
+    void party(const QString& id, const QString& name, const QVariant& city) {
+        exec("INSERT INTO ChartOfAccounts (AccountNo, AccountName, IsEditable) VALUES (?, ?, 1)",
+             {id, name});
+        exec("INSERT INTO Parties (PartyId, CityId, IsSeller, IsBroker) VALUES (?, ?, 1, 1)",
+             {id, city});
+    }
+
+    void arrival(int id, const QDate& date, const QString& seller, int commodity) {
+        exec("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId) "
+             "VALUES (?, ?, ?, ?)",
+             {id, date, commodity, seller});
+    }
+
+    void seed() {
+        exec("INSERT INTO Cities (CityId, CityName) VALUES (1, 'Lahore'), (2, 'Multan')", {});
+        party("6001", "Ali Traders", 1);
+        party("6002", "O'Brien Grain", 2);
+        party("6003", "Bashir Broker", 1);
+        party("6004", "Cityless Co", QVariant(QMetaType(QMetaType::Int)));
+        party("5001", "Outside Ledger", 1);
+        exec("INSERT INTO Units (UnitId, UnitName, WeightInKgs) VALUES (1, 'Mound', 40)", {});
+        exec("INSERT INTO Commodities (CommodityId, CommodityName, RateUnitId) VALUES "
+             "(1, 'Wheat', 1), (2, 'Flour Fine', 1), (3, 'Bran', 1)",
+             {});
+        arrival(10, today().addDays(-3), "6001", 1);
+        arrival(12, today().addDays(-2), "6002", 1);
+        arrival(14, today(), "6004", 3);
+        arrival(8, today().addDays(-400), "6001", 1); // outside the default year
+    }
+
+private Q_SLOTS:
+    void init() {
+        GM_REQUIRE_ENGINE();
+        m_conn = test::freshConn();
+        QVERIFY(m_conn);
+        m_ctx = Context{};
+        m_ctx.conn = m_conn.get();
+        HostSettingsValues host;
+        host.PeriodStart = today().addDays(-30);
+        host.PeriodEnd = today().addDays(30);
+        m_ctx.settings = std::make_shared<FixedHostSettings>(host);
+        seed();
+    }
+
+    void cleanup() { m_conn.reset(); }
+
+    void arrivalsListNewestFirstWithinTheYear() {
+        SchArrivals s(m_ctx);
+        QCOMPARE(s.windowTitle(), QStringLiteral("Search Arrivals"));
+        QCOMPARE(child<QDateEdit>(&s, "DtpFromDate")->date(), today().addDays(-365));
+        QCOMPARE(child<QDateEdit>(&s, "DtpToDate")->date(), today());
+        QCOMPARE(s.rowCount(), 3);
+        auto* grid = child<QTableView>(&s, "GrdSch");
+        QStringList captions;
+        for (int c = 0; c < grid->model()->columnCount(); ++c)
+            captions << grid->model()->headerData(c, Qt::Horizontal).toString();
+        QCOMPARE(captions, QStringList({"ArrivalID", "Arrival Date", "Party Name", "Commodity"}));
+        QCOMPARE(s.cellText(0, 0), QStringLiteral("14"));
+        QCOMPARE(s.cellText(0, 1), today().toString("dd/MM/yyyy"));
+        QCOMPARE(s.cellText(0, 2), QStringLiteral("Cityless Co")); // no city: no hyphen
+        QCOMPARE(s.cellText(1, 2), QStringLiteral("O'Brien Grain-Multan"));
+        QCOMPARE(s.cellText(2, 3), QStringLiteral("Wheat"));
+    }
+
+    void arrivalsFilters_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("fromOffset");
+        QTest::addColumn<QStringList>("ids");
+        QTest::newRow("name any case") << "ali"
+                                       << "" << -365 << QStringList{"10"};
+        QTest::newRow("name by city") << "-multan"
+                                      << "" << -365 << QStringList{"12"};
+        QTest::newRow("quote finds the quoted name") << "O'Br"
+                                                     << "" << -365 << QStringList{"12"};
+        QTest::newRow("id with trailing letters") << ""
+                                                  << "12ab" << -365 << QStringList{"12"};
+        QTest::newRow("letters alone look for 0") << ""
+                                                  << "ab" << -365 << QStringList{};
+        QTest::newRow("name and id together") << "ali"
+                                              << "12" << -365 << QStringList{};
+        QTest::newRow("both ends of the range count") << ""
+                                                      << "" << -3 << QStringList{"14", "12", "10"};
+        QTest::newRow("from after to") << ""
+                                       << "" << 1 << QStringList{};
+        QTest::newRow("longer range reaches back")
+            << ""
+            << "" << -500 << QStringList{"14", "12", "10", "8"};
+    }
+
+    void arrivalsFilters() {
+        QFETCH(QString, name);
+        QFETCH(QString, id);
+        QFETCH(int, fromOffset);
+        QFETCH(QStringList, ids);
+        SchArrivals s(m_ctx);
+        s.show();
+        // Typed, as a clerk would: the list follows every keystroke.
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilter"), name);
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilterId"), id);
+        child<QDateEdit>(&s, "DtpFromDate")->setDate(today().addDays(fromOffset));
+        QStringList got;
+        for (int r = 0; r < s.rowCount(); ++r)
+            got << s.cellText(r, 0);
+        QCOMPARE(got, ids);
+    }
+
+    void handingBack_data() {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("Enter in the list") << "gridEnter" << 12;
+        QTest::newRow("Shift+Enter in the list") << "gridShiftEnter" << 0;
+        QTest::newRow("Enter in the name filter") << "filterEnter" << 14;
+        QTest::newRow("double click") << "doubleClick" << 12;
+        QTest::newRow("Select button") << "button" << 12;
+        QTest::newRow("Enter in the id filter moves on") << "idEnter" << 0;
+        QTest::newRow("Esc") << "escape" << 0;
+        QTest::newRow("Ctrl+Q") << "ctrlQ" << 0;
+        QTest::newRow("Close button") << "close" << 0;
+        QTest::newRow("empty list stays open") << "emptySelect" << 0;
+    }
+
+    void handingBack() {
+        QFETCH(QString, how);
+        QFETCH(int, expected);
+        QWidget owner;
+        bool stayedOpen = false;
+        onModal("SchArrivals", [&](QWidget* w) {
+            auto* grid = child<QTableView>(w, "GrdSch");
+            grid->setCurrentIndex(grid->model()->index(1, 0));
+            const QRect cell = grid->visualRect(grid->model()->index(1, 1));
+            if (how == "gridEnter") {
+                grid->setFocus();
+                QTest::keyClick(grid, Qt::Key_Return);
+            } else if (how == "gridShiftEnter") {
+                QTest::keyClick(grid, Qt::Key_Return, Qt::ShiftModifier);
+                stayedOpen = w->isVisible();
+                QTest::keyClick(grid, Qt::Key_Escape);
+            } else if (how == "filterEnter") {
+                auto* filter = child<QLineEdit>(w, "TxtFilter");
+                QTest::keyClicks(filter, "co"); // only "Cityless Co" is left, on row 0
+                QTest::keyClick(filter, Qt::Key_Return);
+            } else if (how == "doubleClick") {
+                grid->setCurrentIndex(grid->model()->index(0, 0));
+                QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+            } else if (how == "button") {
+                child<QPushButton>(w, "BtnSelect")->click();
+            } else if (how == "idEnter") {
+                auto* id = child<QLineEdit>(w, "TxtFilterId");
+                id->setFocus();
+                QTest::keyClick(id, Qt::Key_Return);
+                stayedOpen = w->isVisible() &&
+                             QApplication::focusWidget() == child<QWidget>(w, "DtpFromDate");
+                child<QPushButton>(w, "BtnClose")->click();
+            } else if (how == "escape") {
+                QTest::keyClick(grid, Qt::Key_Escape);
+            } else if (how == "ctrlQ") {
+                QTest::keyClick(child<QLineEdit>(w, "TxtFilter"), Qt::Key_Q, Qt::ControlModifier);
+            } else if (how == "close") {
+                child<QPushButton>(w, "BtnClose")->click();
+            } else if (how == "emptySelect") {
+                child<QDateEdit>(w, "DtpFromDate")->setDate(today().addDays(5));
+                child<QPushButton>(w, "BtnSelect")->click();
+                QTest::keyClick(grid, Qt::Key_Return);
+                stayedOpen = w->isVisible();
+                child<QPushButton>(w, "BtnClose")->click();
+            }
+        });
+        QCOMPARE(showArrivalSearch(&owner, m_ctx), expected);
+        if (how == "gridShiftEnter" || how == "idEnter" || how == "emptySelect")
+            QVERIFY(stayedOpen);
+    }
+
+    void purchaseValueSellerAndOrder() {
+        exec("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo) VALUES "
+             "(10, 1, 'A-1'), (10, 1, 'A-2'), (12, 1, 'B-1')",
+             {});
+        exec("INSERT INTO Purchases (PurchaseId, PurchaseDate, SellerId, BrokerId) VALUES "
+             "(1, ?, '6001', '6003'), (2, ?, '6002', NULL)",
+             {today().addDays(-1), today()});
+        // Two lines of 1 kg at 5 a mound are worth 0.125 each: rounded line by line they add
+        // to 0.26, where rounding the sum would give 0.25.
+        exec("INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, CommodityId, "
+             "TotalWeight, RatePerUnit) VALUES (1, 10, 'A-1', 1, 1, 5), (1, 10, 'A-2', 1, 1, 5), "
+             "(2, 12, 'B-1', 1, 400, 100)",
+             {});
+        SchPurchase s(m_ctx);
+        QCOMPARE(s.windowTitle(), QStringLiteral("Search Purchase"));
+        QCOMPARE(s.rowCount(), 2);
+        QCOMPARE(s.cellText(0, 0), QStringLiteral("2"));
+        QCOMPARE(s.cellText(0, 2), QString()); // no broker
+        QCOMPARE(s.cellText(0, 4), QStringLiteral("1000.00"));
+        QCOMPARE(s.cellText(1, 2), QStringLiteral("Bashir Broker-Lahore"));
+        QCOMPARE(s.cellText(1, 4), QStringLiteral("0.26"));
+
+        QWidget owner;
+        onModal("SchPurchase", [](QWidget* w) {
+            QTest::keyClicks(child<QLineEdit>(w, "TxtFilter"), "o'brien");
+            child<QPushButton>(w, "BtnSelect")->click();
+        });
+        int seller = -1;
+        QCOMPARE(showPurchaseSearch(&owner, m_ctx, &seller), 2);
+        QCOMPARE(seller, 6002);
+    }
+
+    void contractWithoutBroker() {
+        exec("INSERT INTO PContracts (ContractId, ContractDate, CommodityId, PartyId, BrokerId, "
+             "Quantity, ContractMode) VALUES (1, ?, 1, '6001', '6003', 1250.5, 'Bags'), "
+             "(2, ?, 1, '6002', NULL, 3, 'Vehicles')",
+             {today(), today()});
+        SchPurchaseContract s(m_ctx);
+        QVERIFY(!s.findChild<QLineEdit*>("TxtFilterId"));
+        QCOMPARE(s.rowCount(), 2);
+        QCOMPARE(s.cellText(0, 0), QStringLiteral("2"));
+        QCOMPARE(s.cellText(0, 2), QString());
+        QCOMPARE(s.cellText(0, 3), QStringLiteral("O'Brien Grain"));
+        QCOMPARE(s.cellText(0, 4), QStringLiteral("3Vehicles"));
+        QCOMPARE(s.cellText(1, 2), QStringLiteral("Bashir Broker"));
+        QCOMPARE(s.cellText(1, 4), QStringLiteral("1250.5Bags"));
+
+        QWidget owner;
+        onModal("SchPurchaseContract", [](QWidget* w) {
+            auto* grid = child<QTableView>(w, "GrdSch");
+            QCOMPARE(grid->currentIndex().row(), 0);
+            QTest::keyClick(grid, Qt::Key_Return);
+        });
+        QCOMPARE(showContractSearch(&owner, m_ctx), 2);
+    }
+
+    void dfcPeriodPrefixFilterAndKeyOrder() {
+        exec("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId, TotalWeight, "
+             "TTLValueWheet, TTLValueBags) VALUES (7, ?, 1, 5000, 1000, 234.5), "
+             "(3, ?, 2, 100, 10, 0), (9, ?, 1, 1, 1, 1)",
+             {today(), today().addDays(-10), today().addDays(-60)});
+        SchDFCPurchase s(m_ctx);
+        QCOMPARE(child<QDateEdit>(&s, "DtpFrom")->date(), today().addDays(-30));
+        QCOMPARE(child<QDateEdit>(&s, "Dtpto")->date(), today().addDays(30));
+        QCOMPARE(s.rowCount(), 2);
+        QCOMPARE(s.cellText(0, 0), QStringLiteral("3"));
+        QCOMPARE(s.cellText(1, 3), QStringLiteral("5000"));
+        QCOMPARE(s.cellText(1, 4), QStringLiteral("1234.50"));
+        auto* filter = child<QLineEdit>(&s, "TxtFilter");
+        QTest::keyClicks(filter, "fine"); // inside the name, not at its start
+        QCOMPARE(s.rowCount(), 0);
+        filter->clear();
+        QTest::keyClicks(filter, "flo");
+        QCOMPARE(s.rowCount(), 1);
+        QCOMPARE(s.cellText(0, 2), QStringLiteral("Flour Fine"));
+    }
+
+    void hourlyFind_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("row");
+        QTest::newRow("empty goes to the first row") << "" << 0;
+        QTest::newRow("first row of the name") << "Flour Fine" << 1;
+        QTest::newRow("any case, back up the list") << "bran" << 0;
+        QTest::newRow("a part of a name is not found") << "Flour" << 3;
+        QTest::newRow("unknown lands on the last row") << "Rice" << 3;
+    }
+
+    void hourlyFind() {
+        QFETCH(QString, text);
+        QFETCH(int, row);
+        exec("INSERT INTO HourlyProduction (SerialNo, ProcessTime) VALUES (1, ?), (2, ?)",
+             {QDateTime(today(), QTime(14, 30)), QDateTime(today(), QTime(9, 0))});
+        exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (1, 2), (1, 3), (1, 3), "
+             "(2, 2), (2, 1)",
+             {});
+        SchHProduction s(m_ctx);
+        s.show();
+        QCOMPARE(s.rowCount(), 4); // a serial with two commodities stands twice
+        QCOMPARE(s.cellText(0, 1), today().toString("dd/MM/yyyy") + QStringLiteral(" 02 PM"));
+        auto* combo = child<QComboBox>(&s, "CboCommodity");
+        QCOMPARE(combo->count(), 3);
+        combo->setEditText("x");
+        combo->setEditText(text);
+        QCOMPARE(s.currentRow(), row);
+    }
+
+    void hourlyShiftEnterSelects() {
+        exec("INSERT INTO HourlyProduction (SerialNo, ProcessTime) VALUES (5, ?)",
+             {QDateTime(today(), QTime(8, 0))});
+        exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (5, 1)", {});
+        QWidget owner;
+        onModal("SchHProduction", [](QWidget* w) {
+            QTest::keyClick(child<QTableView>(w, "GrdSch"), Qt::Key_Return, Qt::ShiftModifier);
+        });
+        QCOMPARE(showHProductionSearch(&owner, m_ctx), 5);
+    }
+
+    void partyListsOnlyPartiesWithCity() {
+        SchParty s(m_ctx);
+        QCOMPARE(s.windowTitle(), QStringLiteral("Search Parties"));
+        QStringList ids;
+        for (int r = 0; r < s.rowCount(); ++r)
+            ids << s.cellText(r, 0);
+        QCOMPARE(ids, QStringList({"6001", "6002", "6003"}));
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilter"), "o'b");
+        QCOMPARE(s.rowCount(), 1);
+        QCOMPARE(s.cellText(0, 1), QStringLiteral("O'Brien Grain"));
+    }
+
+    void partyFindAndHandBack_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expectedId");
+        QTest::newRow("exact key") << "6002"
+                                   << "6002";
+        QTest::newRow("part of a key lands on the last row") << "600"
+                                                             << "6003";
+        QTest::newRow("a quote is harmless") << "60'"
+                                             << "6003";
+    }
+
+    void partyFindAndHandBack() {
+        QFETCH(QString, typed);
+        QFETCH(QString, expectedId);
+        QWidget owner;
+        bool stayedOpen = false;
+        onModal("SchParty", [&](QWidget* w) {
+            auto* id = child<QLineEdit>(w, "TxtFilterId");
+            QTest::keyClicks(id, typed);
+            // Enter and Esc do nothing on this screen.
+            QTest::keyClick(id, Qt::Key_Return);
+            QTest::keyClick(id, Qt::Key_Escape);
+            stayedOpen = w->isVisible();
+            id->setFocus();
+            QTest::keyClick(id, Qt::Key_Down);
+            QVERIFY(child<QTableView>(w, "Grid")->hasFocus());
+            child<QPushButton>(w, "CmdSelect")->click();
+        });
+        const PartyChoice choice = showPartySearch(&owner, m_ctx);
+        QVERIFY(stayedOpen);
+        QCOMPARE(choice.SelectedPartyId, expectedId);
+        if (expectedId == "6002") {
+            QCOMPARE(choice.SelectedPartyName, QStringLiteral("O'Brien Grain"));
+            QCOMPARE(choice.SelectedCityName, QStringLiteral("Multan"));
+        }
+    }
+
+    void partyCloseAndEmptyList() {
+        QWidget owner;
+        bool stayedOpen = false;
+        onModal("SchParty", [&](QWidget* w) {
+            QTest::keyClicks(child<QLineEdit>(w, "TxtFilter"), "nobody");
+            child<QPushButton>(w, "CmdSelect")->click();
+            stayedOpen = w->isVisible();
+            child<QPushButton>(w, "CmdClose")->click();
+        });
+        QVERIFY(showPartySearch(&owner, m_ctx).isEmpty());
+        QVERIFY(stayedOpen);
+    }
+
+    void failedQueryShowsErrorBoxAndEmptiesList() {
+        exec("DROP TABLE HProductionBody", {});
+        QString title, text;
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, [&] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                title = box->windowTitle();
+                text = box->text();
+                icon = box->icon();
+                box->button(QMessageBox::Ok)->click();
+            }
+        });
+        timer->start(10);
+        SchHProduction h(m_ctx);
+        timer->stop();
+        QCOMPARE(h.rowCount(), 0);
+        QCOMPARE(icon, QMessageBox::Critical);
+        QVERIFY(!text.isEmpty());
+        QVERIFY(!title.isEmpty());
+    }
+};
+
+QTEST_MAIN(TestSearch)
+#include "tst_search.moc"
