@@ -1,5 +1,6 @@
 #include "entry/LookupCombo.h"
 
+#include <QAbstractItemView>
 #include <QCompleter>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -16,6 +17,9 @@ LookupCombo::LookupCombo(QWidget* parent) : QComboBox(parent) {
     c->setFilterMode(Qt::MatchStartsWith);
     c->setCompletionMode(QCompleter::PopupCompletion);
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typed = true; });
+    // Ahead of the completer's own filter, which holds a leaving key or focus change back
+    // while its list is open.
+    lineEdit()->installEventFilter(this);
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index < 0)
             return;
@@ -99,6 +103,8 @@ void LookupCombo::setText(const QString& text) {
 }
 
 bool LookupCombo::settleTypedText() {
+    if (completer() && completer()->popup() && completer()->popup()->isVisible())
+        completer()->popup()->hide();
     if (!m_typed)
         return true;
     m_typed = false;
@@ -143,6 +149,37 @@ bool LookupCombo::settleTypedText() {
     return false;
 }
 
+bool LookupCombo::isLeavingKey(QEvent* event) const {
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool LookupCombo::event(QEvent* event) {
+    if (isLeavingKey(event))
+        settleTypedText();
+    return QComboBox::event(event);
+}
+
+bool LookupCombo::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == lineEdit()) {
+        if (isLeavingKey(event))
+            settleTypedText();
+        else if (event->type() == QEvent::FocusOut &&
+                 static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
+            settleTypedText();
+    }
+    return QComboBox::eventFilter(watched, event);
+}
+
 void LookupCombo::focusOutEvent(QFocusEvent* event) {
     // A drop-down or completion list taking the keyboard is no leaving of the field.
     if (event->reason() != Qt::PopupFocusReason)
@@ -151,16 +188,6 @@ void LookupCombo::focusOutEvent(QFocusEvent* event) {
 }
 
 void LookupCombo::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-        settleTypedText();
-        break;
-    default:
-        break;
-    }
     QComboBox::keyPressEvent(event);
 }
 

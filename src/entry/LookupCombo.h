@@ -55,11 +55,13 @@ Q_SIGNALS:
     void entryChosen(int row);
 
 protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void acceptCurrent();
+    bool isLeavingKey(QEvent* event) const;
     LookupList m_items;
     QString m_accepted; // the last text accepted by code or by choice
     bool m_typed = false;
