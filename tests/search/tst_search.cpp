@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -425,7 +426,8 @@ private Q_SLOTS:
     }
 
     void failedQueryShowsErrorBoxAndEmptiesList() {
-        exec("DROP TABLE HProductionBody", {});
+        // A statement that fails on the server: its table is gone.
+        QVERIFY(QSqlQuery(m_conn->db()).exec("DROP TABLE HProductionBody"));
         QString title, text;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         auto* timer = new QTimer(this);
