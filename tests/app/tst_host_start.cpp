@@ -1,0 +1,393 @@
+#include "datastore/Conn.h"
+#include "datastore/Sql.h"
+#include "HostConfig.h"
+#include "HostLog.h"
+#include "MainWindow.h"
+#include "MasterDataEditor.h"
+#include "Startup.h"
+#include "support/TestDb.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProcess>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <QUrl>
+
+using namespace gm;
+using namespace gm::host;
+
+namespace {
+
+// Runs `act` on the next modal dialog that comes up, once.
+void onNextDialog(std::function<void(QDialog*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        timer->deleteLater();
+        act(dialog);
+    });
+    timer->start();
+}
+
+// A location of the engine under test for a database that does not hold anything yet.
+QString emptyLocation(const QTemporaryDir& dir, std::unique_ptr<Conn>* keep) {
+    if (test::engineUnderTest() == Engine::SQLite)
+        return dir.filePath(QStringLiteral("new/mill.sqlite"));
+    *keep = test::freshConn(); // the schema only; nothing in it
+    return test::lastLocation();
+}
+
+QString readAll(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+}
+
+} // namespace
+
+class TstHostStart : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+
+private Q_SLOTS:
+    void initTestCase() { setLogFilePath(m_dir.filePath(QStringLiteral("grainmill.log"))); }
+    void startLocationAndSample();
+    void mainWindowMenusAndStatus();
+    void refusedLocations_data();
+    void refusedLocations();
+    void failedStartOffersAnotherDatabase();
+    void seasonDefaults_data();
+    void seasonDefaults();
+    void settingsRoundTrip();
+    void settingsDialogReachesTheScreens();
+    void programStartsAndQuits();
+};
+
+void TstHostStart::startLocationAndSample() {
+    GM_REQUIRE_ENGINE();
+    QTemporaryDir dir;
+    HostConfig config(dir.filePath(QStringLiteral("host.ini")));
+
+    // Nothing given, nothing remembered: the default file, and it is a first start.
+    bool first = false;
+    QCOMPARE(startLocation(StartOptions{}, config, &first), Conn::defaultLocation());
+    QVERIFY(first);
+
+    // A given empty database stays empty unless the sample mill is asked for.
+    std::unique_ptr<Conn> keep;
+    StartOptions options;
+    options.location = emptyLocation(dir, &keep);
+    auto conn = openAtStart(options, config, false);
+    QVERIFY(conn);
+    QVERIFY(!hasMasterData(*conn));
+    conn.reset();
+    options.sampleData = true;
+    conn = openAtStart(options, config, false);
+    QVERIFY(conn);
+    if (test::engineUnderTest() == Engine::SQLite)
+        QVERIFY(QFile::exists(options.location));
+    QVERIFY(hasMasterData(*conn));
+    QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Commodities"))) > 0);
+    QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Parties"))) > 0);
+
+    // The location is remembered and is where the next start goes.
+    QCOMPARE(config.lastLocation(), options.location);
+    QCOMPARE(startLocation(StartOptions{}, config, &first), options.location);
+    QVERIFY(!first);
+    // Loading again into a mill that has data is not attempted.
+    conn.reset();
+    QVERIFY(openAtStart(options, config, false));
+}
+
+void TstHostStart::mainWindowMenusAndStatus() {
+    GM_REQUIRE_ENGINE();
+    QTemporaryDir dir;
+    HostConfig config(dir.filePath(QStringLiteral("host.ini")));
+    auto conn = test::freshSampleConn();
+    const QString shown = conn->location().displayText();
+    MainWindow window(config, std::move(conn), 7);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    const std::pair<const char*, Forms::Screen> documents[] = {
+        {"ActContracts", Forms::Screen::PurchaseContract},
+        {"ActArrivals", Forms::Screen::Arrivals},
+        {"ActPurchaseInvoices", Forms::Screen::PurchaseInvoice},
+        {"ActDFCPurchases", Forms::Screen::PurchaseFromDFC},
+        {"ActDailyProduction", Forms::Screen::Production},
+        {"ActHourlyProduction", Forms::Screen::HourlyProduction},
+    };
+    for (const auto& [name, screen] : documents) {
+        auto* action = window.findChild<QAction*>(QString::fromLatin1(name));
+        QVERIFY2((action != nullptr) == Forms::isAvailable(screen), name);
+    }
+    auto* master = window.findChild<QMenu*>(QStringLiteral("MnuMasterData"));
+    QStringList entries;
+    for (QAction* a : master->actions())
+        if (!a->isSeparator())
+            entries << a->objectName();
+    QCOMPARE(entries, (QStringList{"ActMaster_parties", "ActMaster_accounts", "ActMaster_cities",
+                                   "ActMaster_commodities", "ActMaster_units", "ActMaster_bagtypes",
+                                   "ActMaster_bagclasses", "ActMaster_processes",
+                                   "ActMaster_prcentres", "ActMaster_ledger"}));
+
+    auto* db = window.findChild<QLabel*>(QStringLiteral("LblDatabase"));
+    QVERIFY(db->text().contains(shown));
+    const QString password = QUrl(test::lastLocation()).password();
+    if (!password.isEmpty())
+        QVERIFY(!db->text().contains(password));
+    QCOMPARE(window.findChild<QLabel*>(QStringLiteral("LblUser"))->text(),
+             QStringLiteral("User 7"));
+    QCOMPARE(window.forms().context().userNo(), qint16(7));
+
+    // A master list opens once as a tab, however often it is asked for.
+    window.findChild<QAction*>(QStringLiteral("ActMaster_commodities"))->trigger();
+    window.findChild<QAction*>(QStringLiteral("ActMaster_commodities"))->trigger();
+    auto* tabs = window.findChild<QTabWidget*>(QStringLiteral("TabLists"));
+    QCOMPARE(tabs->count(), 2);
+    auto* list = qobject_cast<MasterDataEditor*>(tabs->currentWidget());
+    QVERIFY(list);
+    QCOMPARE(list->spec().id, QStringLiteral("commodities"));
+    QVERIFY(list->visibleRowCount() > 0);
+
+    // Closing the window closes the open document screens first.
+    for (const auto& [name, screen] : documents) {
+        if (auto* action = window.findChild<QAction*>(QString::fromLatin1(name))) {
+            action->trigger();
+            QVERIFY(window.forms().instance(screen));
+            QVERIFY(window.close());
+            QTRY_VERIFY(!window.forms().instance(screen));
+            break;
+        }
+    }
+}
+
+void TstHostStart::refusedLocations_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("folder") << "folder"
+                            << "folder";
+    QTest::newRow("file in the way") << "under-file"
+                                     << "cannot be created";
+    QTest::newRow("malformed server location") << "bad-url"
+                                               << "postgresql://";
+    QTest::newRow("unknown server user") << "pg-user"
+                                         << "Cannot open the database";
+    QTest::newRow("wrong server password") << "pg-password"
+                                           << "Cannot open the database";
+}
+
+void TstHostStart::refusedLocations() {
+    QFETCH(QString, kind);
+    QFETCH(QString, words);
+    QTemporaryDir dir;
+    QString location;
+    QString secret;
+    if (kind == QLatin1String("folder")) {
+        location = dir.path();
+    } else if (kind == QLatin1String("under-file")) {
+        QFile block(dir.filePath(QStringLiteral("block")));
+        QVERIFY(block.open(QIODevice::WriteOnly));
+        location = dir.filePath(QStringLiteral("block/sub/mill.sqlite"));
+    } else if (kind == QLatin1String("bad-url")) {
+        location = QStringLiteral("postgresql://");
+    } else {
+        const QString pg = qEnvironmentVariable("GRAINMILL_TEST_PG_URL");
+        if (pg.isEmpty())
+            QSKIP("GRAINMILL_TEST_PG_URL is not set");
+        QUrl url(pg);
+        if (kind == QLatin1String("pg-user"))
+            url.setUserName(QStringLiteral("no_such_clerk"));
+        secret = QStringLiteral("wr0ng-s3cret");
+        url.setPassword(secret);
+        if (kind == QLatin1String("pg-password")) {
+            // The test server may trust local users whatever their password; a role that
+            // must give one is made for the check, and dropped again by the server's cleanup.
+            auto admin = Conn::open(pg, nullptr, Conn::Options{false});
+            QVERIFY(admin);
+            QSqlQuery q(admin->db());
+            q.exec(QStringLiteral("DROP ROLE IF EXISTS gm_pw_clerk"));
+            q.exec(QStringLiteral("CREATE ROLE gm_pw_clerk LOGIN PASSWORD 'right-one'"));
+            url.setUserName(QStringLiteral("gm_pw_clerk"));
+        }
+        location = url.toString();
+    }
+    HostConfig config(dir.filePath(QStringLiteral("host.ini")));
+    StartOptions options;
+    options.location = location;
+    QString why;
+    const qint64 logBefore = readAll(logFilePath()).size();
+    auto conn = openAtStart(options, config, false, &why);
+    if (kind == QLatin1String("pg-password") && conn)
+        QSKIP("the test server accepts any password for local users");
+    QVERIFY(!conn);
+    QVERIFY2(why.contains(words, Qt::CaseInsensitive), qPrintable(why));
+    if (!secret.isEmpty())
+        QVERIFY(!why.contains(secret));
+    // What the clerk was told is in the log too, and the refused location is not remembered.
+    QVERIFY(
+        readAll(logFilePath()).mid(int(logBefore)).contains(why.section(QLatin1Char('\n'), 0, 0)));
+    QVERIFY(config.lastLocation().isEmpty());
+}
+
+void TstHostStart::failedStartOffersAnotherDatabase() {
+    GM_REQUIRE_ENGINE();
+    QTemporaryDir dir;
+    HostConfig config(dir.filePath(QStringLiteral("host.ini")));
+    StartOptions options;
+    options.location = dir.path(); // a folder
+    const QString good = dir.filePath(QStringLiteral("other.sqlite"));
+    QString problem;
+    onNextDialog([&](QDialog* dialog) {
+        problem = dialog->findChild<QLabel*>(QStringLiteral("LblProblem"))->text();
+        dialog->findChild<QLineEdit*>(QStringLiteral("TxtFile"))->setText(good);
+        dialog->findChild<QPushButton*>(QStringLiteral("BtnOpen"))->click();
+    });
+    auto conn = openAtStart(options, config, true);
+    QVERIFY(conn);
+    QVERIFY(problem.contains(QStringLiteral("folder")));
+    QCOMPARE(conn->location().path, good);
+    QCOMPARE(config.lastLocation(), good);
+
+    // Quit in the dialog ends the start without a database.
+    conn.reset();
+    onNextDialog([](QDialog* dialog) {
+        dialog->findChild<QPushButton*>(QStringLiteral("BtnQuit"))->click();
+    });
+    QVERIFY(!openAtStart(options, config, true));
+}
+
+void TstHostStart::seasonDefaults_data() {
+    QTest::addColumn<QDate>("today");
+    QTest::addColumn<QDate>("start");
+    QTest::addColumn<QDate>("end");
+    QTest::newRow("January") << QDate(2027, 1, 15) << QDate(2026, 7, 1) << QDate(2027, 6, 30);
+    QTest::newRow("last day") << QDate(2027, 6, 30) << QDate(2026, 7, 1) << QDate(2027, 6, 30);
+    QTest::newRow("first day") << QDate(2027, 7, 1) << QDate(2027, 7, 1) << QDate(2028, 6, 30);
+}
+
+void TstHostStart::seasonDefaults() {
+    QFETCH(QDate, today);
+    QFETCH(QDate, start);
+    QFETCH(QDate, end);
+    const HostSettingsValues v = HostConfig::defaults(today);
+    QCOMPARE(v.PeriodStart, start);
+    QCOMPARE(v.PeriodEnd, end);
+}
+
+void TstHostStart::settingsRoundTrip() {
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("host.ini"));
+    {
+        HostConfig config(file);
+        const HostSettingsValues d = HostConfig::defaults();
+        const HostSettingsValues v = config.settings();
+        QCOMPARE(v.DFCAccountNo, d.DFCAccountNo);
+        QCOMPARE(v.PeriodStart, d.PeriodStart);
+        QVERIFY(!v.HeaderLine1.isEmpty());
+    }
+    HostSettingsValues in;
+    in.DFCAccountNo = QStringLiteral("6099");
+    in.PeriodStart = QDate(2025, 7, 1);
+    in.PeriodEnd = QDate(2026, 6, 30);
+    in.HeaderLine1 = QStringLiteral("Al-Noor Flour Mills, \"Unit 2\"");
+    in.HeaderLine2 = QStringLiteral("Sargodha Road; Faisalabad");
+    in.HeaderLine3Main = QStringLiteral("Phone 041-1234567");
+    in.HeaderLine3Extra = QString(); // empty stays empty, not the default
+    in.HeaderEmail = QStringLiteral("accounts@alnoor.example");
+    {
+        HostConfig config(file);
+        config.setSettings(in);
+        config.setLastUser(12);
+    }
+    HostConfig again(file);
+    const HostSettingsValues out = again.settings();
+    QCOMPARE(out.DFCAccountNo, in.DFCAccountNo);
+    QCOMPARE(out.PeriodStart, in.PeriodStart);
+    QCOMPARE(out.PeriodEnd, in.PeriodEnd);
+    QCOMPARE(out.HeaderLine1, in.HeaderLine1);
+    QCOMPARE(out.HeaderLine2, in.HeaderLine2);
+    QCOMPARE(out.HeaderLine3Main, in.HeaderLine3Main);
+    QCOMPARE(out.HeaderLine3Extra, QString());
+    QCOMPARE(out.headerLine3(), QStringLiteral("Phone 041-1234567"));
+    QCOMPARE(out.HeaderEmail, in.HeaderEmail);
+    QCOMPARE(again.lastUser(), qint16(12));
+}
+
+void TstHostStart::settingsDialogReachesTheScreens() {
+    GM_REQUIRE_ENGINE();
+    QTemporaryDir dir;
+    HostConfig config(dir.filePath(QStringLiteral("host.ini")));
+    MainWindow window(config, test::freshSampleConn(), 1);
+    window.show();
+    onNextDialog([](QDialog* dialog) {
+        auto* line1 = dialog->findChild<QLineEdit*>(QStringLiteral("TxtHeaderLine1"));
+        line1->selectAll();
+        QTest::keyClicks(line1, QStringLiteral("Crescent Mills"));
+        auto* extra = dialog->findChild<QLineEdit*>(QStringLiteral("TxtHeaderLine3Extra"));
+        QTest::keyClicks(extra, QStringLiteral("Fax 042-7654321"));
+        dialog->accept();
+    });
+    window.editSettings();
+    // The screens read the settings through the host's object at the moment they print.
+    const HostSettingsValues seen = window.forms().context().hostSettings();
+    QCOMPARE(seen.HeaderLine1, QStringLiteral("Crescent Mills"));
+    QCOMPARE(seen.headerLine3(), config.settings().HeaderLine3Main + ",Fax 042-7654321");
+    QVERIFY(window.windowTitle().startsWith(QStringLiteral("Crescent Mills")));
+    QCOMPARE(HostConfig(dir.filePath(QStringLiteral("host.ini"))).settings().HeaderLine1,
+             QStringLiteral("Crescent Mills"));
+}
+
+void TstHostStart::programStartsAndQuits() {
+    GM_REQUIRE_ENGINE();
+    QTemporaryDir dir;
+    std::unique_ptr<Conn> keep;
+    const QString location = emptyLocation(dir, &keep);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    // The program's settings and log go to the temporary folder, not the tester's own.
+    env.insert(QStringLiteral("HOME"), dir.path());
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.filePath(QStringLiteral("config")));
+    env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("data")));
+    const auto run = [&](const QStringList& args, QString* err) {
+        QProcess p;
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(GRAINMILL_EXE), QStringList{"-platform", "offscreen"} + args);
+        if (!p.waitForFinished(60000)) {
+            p.kill();
+            p.waitForFinished();
+            return -100;
+        }
+        *err = QString::fromUtf8(p.readAllStandardError());
+        return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    };
+    QString err;
+    QCOMPARE(
+        run({"--database", location, "--user", "1", "--sample-data", "--quit-after-start"}, &err),
+        0);
+    QString why;
+    auto conn = Conn::open(location, &why);
+    QVERIFY2(conn, qPrintable(why));
+    QVERIFY(hasMasterData(*conn));
+    QVERIFY(readAll(dir.filePath(QStringLiteral("config/grainmill/grainmill.conf")))
+                .contains(QStringLiteral("LastUser=1")));
+
+    QCOMPARE(run({"--database", dir.path(), "--user", "1", "--quit-after-start"}, &err), 1);
+    QVERIFY2(err.contains(QStringLiteral("folder")), qPrintable(err));
+    QVERIFY(readAll(dir.filePath(QStringLiteral("data/grainmill/grainmill.log")))
+                .contains(QStringLiteral("The location is a folder")));
+    QCOMPARE(run({"--user", "0", "--quit-after-start"}, &err), 2);
+}
+
+QTEST_MAIN(TstHostStart)
+#include "tst_host_start.moc"

@@ -1,0 +1,427 @@
+#include "datastore/Conn.h"
+#include "datastore/Sql.h"
+#include "MasterDataEditor.h"
+#include "MasterDataStore.h"
+#include "support/TestDb.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTableView>
+#include <QTimer>
+#include <QtTest>
+
+using namespace gm;
+using namespace gm::host;
+
+namespace {
+
+const TableSpec& spec(const char* id) {
+    const TableSpec* s = findMasterTable(QString::fromLatin1(id));
+    Q_ASSERT(s);
+    return *s;
+}
+
+// The row a clerk would type: texts for text and number fields, typed values for the rest,
+// given by column so the test reads like the form.
+std::vector<QVariant> input(const TableSpec& s, const QVariantMap& byColumn) {
+    std::vector<QVariant> in(s.fields.size());
+    for (size_t i = 0; i < s.fields.size(); ++i) {
+        const FieldSpec& f = s.fields[i];
+        QVariant v = byColumn.value(f.column);
+        if (!v.isValid() && (f.type == FieldType::Text || f.type == FieldType::Integer ||
+                             f.type == FieldType::Decimal))
+            v = QString();
+        in[i] = v;
+    }
+    return in;
+}
+
+RowValues row(const TableSpec& s, const QVariantMap& byColumn) {
+    RowValues r;
+    const auto problem = MasterDataStore::parse(s, input(s, byColumn), &r);
+    if (problem)
+        qFatal("fixture row does not parse: %s", qPrintable(problem->message));
+    return r;
+}
+
+void insert(const Conn& c, const char* id, const QVariantMap& values) {
+    MasterDataStore(c, spec(id)).insert(row(spec(id), values));
+}
+
+// A small mill of our own, so the tests do not hang on the sample mill's contents.
+void seed(const Conn& c) {
+    insert(c, "cities", {{"CityId", "1"}, {"CityName", "Multan"}});
+    insert(c, "cities", {{"CityId", "2"}, {"CityName", "Okara"}});
+    insert(c, "units", {{"UnitId", "1"}, {"UnitName", "Kg"}, {"WeightInKgs", "1"}});
+    insert(c, "units", {{"UnitId", "2"}, {"UnitName", "Mound"}, {"WeightInKgs", "40"}});
+    insert(c, "bagtypes", {{"BagsTypeId", "1"}, {"BagsType", "Jute"}, {"BagCapacity", "0.75"}});
+    insert(c, "commodities",
+           {{"CommodityId", "1"},
+            {"CommodityName", "Wheat"},
+            {"RateUnitId", 2},
+            {"StockUnitId", 1},
+            {"DefaultBagsTypeID", 1},
+            {"IsPurchaseable", true},
+            {"IsWheatCommodity", true}});
+    insert(c, "commodities",
+           {{"CommodityId", "2"},
+            {"CommodityName", "Bran"},
+            {"RateUnitId", 2},
+            {"StockUnitId", 1},
+            {"SaleRate", "1500"}});
+    insert(c, "accounts", {{"AccountNo", "6"}, {"AccountName", "Creditors"}});
+    insert(c, "parties",
+           {{"AccountNo", "6001"},
+            {"AccountName", "Haji Trader"},
+            {"ParentAccountNo", "6"},
+            {"IsEditable", true},
+            {"CityId", 1},
+            {"IsSeller", true}});
+}
+
+void addContract(const Conn& c, int contractId, const QString& party, int commodity) {
+    execute(c,
+            QStringLiteral("INSERT INTO PContracts (ContractId, ContractDate, CommodityId, "
+                           "PartyId, Quantity) VALUES (?, ?, ?, ?, ?)"),
+            {contractId, QDate(2026, 7, 1), commodity, party, 100.0});
+}
+
+qint64 count(const Conn& c, const QString& sql, std::initializer_list<QVariant> values = {}) {
+    return toInt(scalar(c, sql, values));
+}
+
+// Answers the next message boxes in turn, pressing the given buttons, and keeps their texts.
+struct BoxAnswers {
+    QStringList texts;
+};
+void answerBoxes(BoxAnswers* seen, QList<QMessageBox::StandardButton> buttons) {
+    auto* timer = new QTimer;
+    timer->setInterval(20);
+    auto last = std::make_shared<QPointer<QMessageBox>>();
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, seen, buttons, last]() mutable {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box || box == last->data() || buttons.isEmpty())
+            return;
+        *last = box;
+        seen->texts << box->text();
+        box->button(buttons.takeFirst())->click();
+        if (buttons.isEmpty())
+            timer->deleteLater();
+    });
+    timer->start();
+}
+
+} // namespace
+
+class TstMasterData : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void validationRefuses_data();
+    void validationRefuses();
+    void partyIsTwoRowsKeptTogether();
+    void usedRowCannotBeDeleted_data();
+    void usedRowCannotBeDeleted();
+    void processTakesItsComponentsAlong();
+    void editorByKeyboard();
+    void editorRefusesDeletingUsedRow();
+};
+
+void TstMasterData::validationRefuses_data() {
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<QVariantMap>("values");
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("required name")
+        << "cities" << QVariantMap{{"CityId", "9"}, {"CityName", "  "}} << "CityName"
+        << "City must be filled in.";
+    QTest::newRow("required lookup")
+        << "commodities"
+        << QVariantMap{{"CommodityId", "9"}, {"CommodityName", "Maize"}, {"StockUnitId", 1}}
+        << "RateUnitId"
+        << "Rate unit must be filled in.";
+    QTest::newRow("number with letters")
+        << "units" << QVariantMap{{"UnitId", "9"}, {"UnitName", "Bag"}, {"WeightInKgs", "40kg"}}
+        << "WeightInKgs"
+        << "Weight in kg must be a number.";
+    QTest::newRow("comma is not a decimal point")
+        << "units" << QVariantMap{{"UnitId", "9"}, {"UnitName", "Bag"}, {"WeightInKgs", "1,5"}}
+        << "WeightInKgs"
+        << "Weight in kg must be a number.";
+    QTest::newRow("key not whole")
+        << "cities" << QVariantMap{{"CityId", "2.5"}, {"CityName", "Sahiwal"}} << "CityId"
+        << "City no. must be a whole number.";
+    QTest::newRow("negative rate") << "commodities"
+                                   << QVariantMap{{"CommodityId", "9"},
+                                                  {"CommodityName", "Maize"},
+                                                  {"RateUnitId", 2},
+                                                  {"StockUnitId", 1},
+                                                  {"SaleRate", "-1"}}
+                                   << "SaleRate"
+                                   << "Sale rate cannot be below zero.";
+    QTest::newRow("name taken, other case")
+        << "cities" << QVariantMap{{"CityId", "9"}, {"CityName", "MULTAN"}} << "CityName"
+        << "City \"MULTAN\" already exists.";
+    QTest::newRow("key taken") << "commodities"
+                               << QVariantMap{{"CommodityId", "1"},
+                                              {"CommodityName", "Maize"},
+                                              {"RateUnitId", 2},
+                                              {"StockUnitId", 1}}
+                               << "CommodityId"
+                               << "Commodity no. 1 is already used by another commodity.";
+    QTest::newRow("party account taken")
+        << "parties"
+        << QVariantMap{{"AccountNo", "6001"}, {"AccountName", "Someone"}, {"CityId", 2}}
+        << "AccountNo"
+        << "Account no. 6001 is already used by another party.";
+    QTest::newRow("quote is data, not a clash")
+        << "cities" << QVariantMap{{"CityId", "9"}, {"CityName", "O'Hara"}} << QString()
+        << QString();
+}
+
+void TstMasterData::validationRefuses() {
+    GM_REQUIRE_ENGINE();
+    QFETCH(QString, list);
+    QFETCH(QVariantMap, values);
+    QFETCH(QString, column);
+    QFETCH(QString, message);
+    auto conn = test::freshConn();
+    seed(*conn);
+    const TableSpec& s = *findMasterTable(list);
+    MasterDataStore store(*conn, s);
+    RowValues r;
+    auto problem = MasterDataStore::parse(s, input(s, values), &r);
+    const bool parsed = !problem;
+    if (parsed)
+        problem = store.validate(r, nullptr);
+    if (message.isEmpty()) {
+        QVERIFY2(!problem, qPrintable(problem ? problem->message : QString()));
+        store.insert(r);
+        QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Cities WHERE CityName = ?"),
+                       {QStringLiteral("O'Hara")}),
+                 1);
+        return;
+    }
+    QVERIFY(problem);
+    QCOMPARE(problem->message, message);
+    QCOMPARE(s.fields[size_t(problem->field)].column, column);
+    // The store refuses the same row even when a caller skips the check.
+    if (parsed) {
+        QVERIFY_THROWS_EXCEPTION(DbError, store.insert(r));
+    }
+}
+
+void TstMasterData::partyIsTwoRowsKeptTogether() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    const TableSpec& s = spec("parties");
+    MasterDataStore store(*conn, s);
+
+    // A party whose Parties row fails (an unknown city) leaves no account behind.
+    const RowValues bad = row(s, {{"AccountNo", "6002"}, {"AccountName", "Ghost"}, {"CityId", 99}});
+    QVERIFY_THROWS_EXCEPTION(DbError, store.insert(bad));
+    QCOMPARE(count(*conn,
+                   QStringLiteral("SELECT COUNT(*) FROM ChartOfAccounts WHERE AccountNo = ?"),
+                   {QStringLiteral("6002")}),
+             0);
+
+    // Changing a party writes both halves; the key stays.
+    const auto rows = store.load();
+    QCOMPARE(rows.size(), size_t(1));
+    RowValues changed = rows.front();
+    changed[size_t(s.fieldIndex("AccountName"))] = QStringLiteral("Haji Trader & Sons");
+    changed[size_t(s.fieldIndex("CityId"))] = qint64(2);
+    changed[size_t(s.fieldIndex("IsBroker"))] = true;
+    store.update(rows.front(), changed);
+    Query q(*conn, QStringLiteral("SELECT a.AccountName, p.CityId, p.IsBroker, p.IsSeller "
+                                  "FROM ChartOfAccounts a JOIN Parties p ON p.PartyId = "
+                                  "a.AccountNo WHERE a.AccountNo = ?"));
+    q.bind(QStringLiteral("6001")).exec();
+    QVERIFY(q.next());
+    QCOMPARE(toText(q.value(0)), QStringLiteral("Haji Trader & Sons"));
+    QCOMPARE(toInt(q.value(1)), 2);
+    QCOMPARE(toInt(q.value(2)), 1);
+    QCOMPARE(toInt(q.value(3)), 1);
+    QCOMPARE(store.displayText(s.fieldIndex("CityId"), changed[size_t(s.fieldIndex("CityId"))]),
+             QStringLiteral("Okara"));
+
+    // Removing an unused party removes both rows.
+    store.remove(changed);
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Parties")), 0);
+    QCOMPARE(count(*conn,
+                   QStringLiteral("SELECT COUNT(*) FROM ChartOfAccounts WHERE AccountNo = ?"),
+                   {QStringLiteral("6001")}),
+             0);
+}
+
+void TstMasterData::usedRowCannotBeDeleted_data() {
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<QString>("keyColumn");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<bool>("withContract");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("commodity") << "commodities"
+                               << "CommodityId"
+                               << "1" << true
+                               << "This commodity cannot be deleted: it is used in (PContracts).";
+    QTest::newRow("party") << "parties"
+                           << "AccountNo"
+                           << "6001" << true
+                           << "This party cannot be deleted: it is used in (PContracts).";
+    QTest::newRow("city of a party")
+        << "cities"
+        << "CityId"
+        << "1" << false << "This city cannot be deleted: it is used in (Parties).";
+    QTest::newRow("unit of a commodity")
+        << "units"
+        << "UnitId"
+        << "1" << false << "This unit cannot be deleted: it is used in (Commodities).";
+    QTest::newRow("account of a party")
+        << "accounts"
+        << "AccountNo"
+        << "6001" << false << "This account cannot be deleted: it is used in (Parties).";
+}
+
+void TstMasterData::usedRowCannotBeDeleted() {
+    GM_REQUIRE_ENGINE();
+    QFETCH(QString, list);
+    QFETCH(QString, keyColumn);
+    QFETCH(QString, key);
+    QFETCH(bool, withContract);
+    QFETCH(QString, message);
+    auto conn = test::freshConn();
+    seed(*conn);
+    if (withContract)
+        addContract(*conn, 1, QStringLiteral("6001"), 1);
+    const TableSpec& s = *findMasterTable(list);
+    MasterDataStore store(*conn, s);
+    const auto rows = store.load();
+    const int keyField = s.fieldIndex(keyColumn);
+    auto used = std::find_if(rows.begin(), rows.end(), [&](const RowValues& r) {
+        return r[size_t(keyField)].toString() == key;
+    });
+    QVERIFY(used != rows.end());
+    try {
+        store.remove(*used);
+        QFAIL("a used row was removed");
+    } catch (const DbError& e) {
+        QCOMPARE(e.description(), message);
+    }
+    QCOMPARE(store.load().size(), rows.size());
+}
+
+void TstMasterData::processTakesItsComponentsAlong() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
+    const TableSpec& parts = spec("processcomponents");
+    MasterDataStore components(*conn, parts);
+    components.insert(
+        row(parts, {{"ProcessId", qint64(1)}, {"CommodityId", 1}, {"IsForInput", true}}));
+    components.insert(
+        row(parts, {{"ProcessId", qint64(1)}, {"CommodityId", 2}, {"IsForOutPut", true}}));
+    QCOMPARE(components.load(qint64(1)).size(), size_t(2));
+    QCOMPARE(components.load(qint64(2)).size(), size_t(0));
+    // The same commodity twice in one process is refused with the clerk's words.
+    const RowValues twice =
+        row(parts, {{"ProcessId", qint64(1)}, {"CommodityId", 1}, {"IsForOutPut", true}});
+    const auto problem = components.validate(twice, nullptr);
+    QVERIFY(problem);
+    QCOMPARE(problem->message,
+             QStringLiteral("This commodity of the process is already in the list."));
+
+    MasterDataStore processes(*conn, spec("processes"));
+    processes.remove(processes.load().front());
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM ProcessComponents")), 0);
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Processes")), 0);
+}
+
+void TstMasterData::editorByKeyboard() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    MasterDataEditor editor(*conn, spec("cities"));
+    editor.resize(900, 500);
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
+    QCOMPARE(editor.visibleRowCount(), 2);
+
+    // Insert starts a row with the next number and the cursor in the name.
+    editor.view()->setFocus();
+    QTest::keyClick(editor.view(), Qt::Key_Insert);
+    auto* id = editor.findChild<QLineEdit*>(QStringLiteral("TxtCityId"));
+    auto* name = editor.findChild<QLineEdit*>(QStringLiteral("TxtCityName"));
+    QCOMPARE(id->text(), QStringLiteral("3"));
+    QCOMPARE(QApplication::focusWidget(), name);
+    QTest::keyClicks(name, QStringLiteral("Sahiwal"));
+    QTest::keyClick(name, Qt::Key_Return);
+    QCOMPARE(editor.visibleRowCount(), 3);
+    QVERIFY(!editor.isDirty());
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Cities WHERE CityName = ?"),
+                   {QStringLiteral("Sahiwal")}),
+             1);
+
+    // A duplicate name is refused with a message and the cursor goes back to the name.
+    QTest::keyClick(editor.view(), Qt::Key_Insert);
+    QTest::keyClicks(name, QStringLiteral("okara"));
+    BoxAnswers box;
+    answerBoxes(&box, {QMessageBox::Ok});
+    QTest::keyClick(name, Qt::Key_Return);
+    QTRY_COMPARE(box.texts, QStringList{QStringLiteral("City \"okara\" already exists.")});
+    QCOMPARE(editor.visibleRowCount(), 3);
+    QTest::keyClick(name, Qt::Key_Escape);
+
+    // Typing in the list filters it.
+    editor.view()->setFocus();
+    QTest::keyClicks(editor.view(), QStringLiteral("mul"));
+    QCOMPARE(editor.visibleRowCount(), 1);
+    auto* filter = editor.findChild<QLineEdit*>(QStringLiteral("TxtFilter"));
+    QCOMPARE(filter->text(), QStringLiteral("mul"));
+    filter->clear();
+    QCOMPARE(editor.visibleRowCount(), 3);
+
+    // Delete asks, and No keeps the row; Yes removes the unused city.
+    QTest::keyClicks(editor.view(), QStringLiteral("sahi"));
+    QTest::keyClick(filter, Qt::Key_Down);
+    BoxAnswers no;
+    answerBoxes(&no, {QMessageBox::No});
+    QTest::keyClick(editor.view(), Qt::Key_Delete);
+    QTRY_COMPARE(no.texts, QStringList{QStringLiteral("Delete the city \"Sahiwal\"?")});
+    QCOMPARE(editor.visibleRowCount(), 1);
+    BoxAnswers yes;
+    answerBoxes(&yes, {QMessageBox::Yes});
+    QTest::keyClick(editor.view(), Qt::Key_Delete);
+    QTRY_COMPARE(yes.texts.size(), 1);
+    QCOMPARE(editor.visibleRowCount(), 0);
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Cities")), 2);
+}
+
+void TstMasterData::editorRefusesDeletingUsedRow() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    addContract(*conn, 1, QStringLiteral("6001"), 1);
+    MasterDataEditor editor(*conn, spec("commodities"));
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
+    editor.view()->setFocus();
+    QTest::keyClicks(editor.view(), QStringLiteral("wheat"));
+    QTest::keyClick(editor.findChild<QLineEdit*>(QStringLiteral("TxtFilter")), Qt::Key_Down);
+    BoxAnswers boxes;
+    answerBoxes(&boxes, {QMessageBox::Yes, QMessageBox::Ok});
+    QTest::keyClick(editor.view(), Qt::Key_Delete);
+    QTRY_COMPARE(boxes.texts.size(), 2);
+    QCOMPARE(boxes.texts[0], QStringLiteral("Delete the commodity \"Wheat\"?"));
+    QCOMPARE(boxes.texts[1],
+             QStringLiteral("This commodity cannot be deleted: it is used in (PContracts)."));
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Commodities")), 2);
+}
+
+QTEST_MAIN(TstMasterData)
+#include "tst_master_data.moc"
