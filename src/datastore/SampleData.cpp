@@ -1,5 +1,7 @@
 #include "datastore/SampleData.h"
 
+#include "arrivals/SampleArrivals.h"
+
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 
@@ -114,8 +116,9 @@ QVariant text(const char* s) {
 
 } // namespace
 
-void loadSampleMill(const Conn& conn) {
-    Transaction tx(conn);
+namespace {
+
+void writeMasterData(const Conn& conn) {
     const qint64 existing =
         toInt(scalar(conn, QStringLiteral("SELECT (SELECT COUNT(*) FROM ChartOfAccounts) + "
                                           "(SELECT COUNT(*) FROM Commodities) + "
@@ -186,11 +189,25 @@ void loadSampleMill(const Conn& conn) {
                 QStringLiteral("INSERT INTO LedgerEntries (AccountNo, EntryDate, Debit, Credit) "
                                "VALUES (?, ?, ?, ?)"),
                 {text(o.account), yearStart, o.debit, o.credit});
+}
+
+} // namespace
+
+void loadSampleMasterData(const Conn& conn) {
+    Transaction tx(conn);
+    writeMasterData(conn);
+    tx.commit();
+}
+
+void loadSampleMill(const Conn& conn) {
+    Transaction tx(conn);
+    writeMasterData(conn);
 
     // ---- Sample documents -------------------------------------------------------------------
     // Each document subsystem adds here the call that writes its own sample documents
     // (contracts, arrivals, ...), in the order in which they depend on one another, so that
     // they share this transaction.
+    loadSampleArrivals(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();

@@ -8,5 +8,7 @@ class Conn;
 // units, bags, processes, PR centres and a few ledger balances, so that a new user can work at
 // once. One transaction; throws DbError if the database already holds master data.
 void loadSampleMill(const Conn& conn);
+// The same master data without any sample documents, for work that needs a bare mill.
+void loadSampleMasterData(const Conn& conn);
 
 } // namespace gm

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "datastore/Conn.h"
+#include "datastore/SampleData.h"
+#include "datastore/Sql.h"
+#include "support/TestDb.h"
+
+#include <QDate>
+
+namespace gm::test {
+
+// A new database with the sample mill's master data and no documents at all, so that counts
+// and keys below do not depend on the sample documents of the other subsystems.
+inline std::unique_ptr<Conn> freshMasterConn() {
+    auto conn = freshConn();
+    loadSampleMasterData(*conn);
+    return conn;
+}
+
+// One document of every kind on top of the sample mill, linked as the screens link them:
+// contract 1 with arrival 1 (two vehicles, one invoiced by purchase 1), DFC payment 1 with
+// letters P-100 (used by arrival 2), P-101 and P-102, a production day and an hourly record.
+inline void writeDocuments(const Conn& c) {
+    const QDate day(2026, 11, 2);
+    Transaction tx(c);
+    execute(c,
+            QStringLiteral(
+                "INSERT INTO PContracts (ContractId, ContractDate, CommodityId, BrokerId, "
+                "Brokerage, IsBrokeragePerBag, PartyId, RateUnitId, ContractMode, Quantity, "
+                "RatePerUnit, IsWithBags, DeliveryStartDate, DeliveryEndDate, ModeOfPayment, "
+                "BagsDeduction, OtherDeduction, OtherTerms, IsPosted) "
+                "VALUES (1, ?, 1, '6300001', 5, 1, '6100001', 2, 'Vehicles', 10, 3900, 0, ?, "
+                "?, 'Cash', 0.5, 10, 'Dry grain only', 0)"),
+            {day, day, day.addDays(30)});
+    execute(c,
+            QStringLiteral(
+                "INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId, BankAccountNo, "
+                "ChallanNo, NoOfBags, BagWeight, TotalWeight, RateUnitId, RatePerUnit, "
+                "TTLValueWheet, BagsTypeId, BagsClassId, UserNo, IsPosted) "
+                "VALUES (1, ?, 2, '112001', 'CH-1', 500, 100, 50000, 2, 3900, 4875000, 2, 1, "
+                "1, 0)"),
+            {day});
+    for (int i = 0; i < 3; ++i)
+        execute(c,
+                QStringLiteral("INSERT INTO AuthorityLetters (PaymentId, PermitNo, Date, CenterId, "
+                               "NoOfBags, BagWeight, TotalWeight) VALUES (1, ?, ?, ?, 100, 100, "
+                               "10000)"),
+                {QStringLiteral("P-10%1").arg(i), day, i + 1});
+    execute(c, QStringLiteral("UPDATE DFCPayments SET IsPosted = 1 WHERE PaymentId = 1"));
+
+    execute(c,
+            QStringLiteral("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, "
+                           "SellerId, ContractId, IsPosted) VALUES (1, ?, 1, '6100001', 1, 0)"),
+            {day});
+    execute(c,
+            QStringLiteral("INSERT INTO Arrivals (ArrivalId, ArrivalDate, PermitNo, CenterId, "
+                           "CommodityId, SellerId, IsPosted) VALUES (2, ?, 'P-100', 1, 2, "
+                           "'6000001', 0)"),
+            {day});
+    const QString line = QStringLiteral(
+        "INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo, VehicleNoText, BagsClassId, "
+        "BagsTypeId, NoOfBags, BagWeight, BagsDeduction, OtherDeduction, NetWeight, DriverName, "
+        "BiltyNo, RateUnit, BagsRate, RateUnitId, Cost, BagsCost) "
+        "VALUES (?, ?, ?, ?, 1, 2, ?, 100, 0.5, 10, ?, 'Akram', 'B-1', 3900, 0, 2, 97.5, 0)");
+    execute(c, line, {1, 1, QStringLiteral("LHR-1234"), QStringLiteral("LHR 1234"), 200, 19890});
+    execute(c, line, {1, 1, QStringLiteral("LES-77"), QStringLiteral("LES 77"), 100, 9940});
+    execute(c, line, {2, 2, QStringLiteral("OKR-55"), QStringLiteral("OKR 55"), 100, 9940});
+    execute(c, QStringLiteral("UPDATE Arrivals SET IsPosted = 1 WHERE ArrivalId IN (1, 2)"));
+
+    execute(c,
+            QStringLiteral("INSERT INTO Purchases (PurchaseId, PurchaseDate, ContractId, "
+                           "SellerId, BrokerId, Brokerage, IsPosted) VALUES (1, ?, 1, "
+                           "'6100001', '6300001', 5, 0)"),
+            {day});
+    execute(c, QStringLiteral("INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, "
+                              "CommodityId, BagWeight, NoOfBags, TotalWeight, RateUnitId, "
+                              "RatePerUnit, TTLValue, Cost) VALUES (1, 1, 'LHR-1234', 1, 100, 200, "
+                              "19890, 2, 3900, 1939275, 97.5)"));
+
+    execute(c,
+            QStringLiteral("INSERT INTO DailyProduction (ProductionDate, ProcessId, "
+                           "FactoryTime, Remarks, AddBardana) VALUES (?, 1, 20, 'Smooth', 0)"),
+            {day});
+    execute(c,
+            QStringLiteral("INSERT INTO Consumption (ProductionDate, ProcessId, CommodityId, "
+                           "BagsTypeId, BagsClassId, NoOfBags, BagWeight) VALUES (?, 1, 1, 2, "
+                           "1, 100, 100)"),
+            {day});
+    execute(c,
+            QStringLiteral("INSERT INTO Production (ProductionDate, ProcessId, CommodityId, "
+                           "BagsTypeId, BagsClassId, NoOfBags, BagWeight) VALUES (?, 1, 4, 3, "
+                           "1, 150, 50)"),
+            {day});
+    execute(c, QStringLiteral("INSERT INTO HourlyProduction (SerialNo, ProcessTime) VALUES (1, ?)"),
+            {QDateTime(day, QTime(9, 30))});
+    execute(c, QStringLiteral("INSERT INTO HProductionBody (SerialNo, CommodityId, BagsTypeId, "
+                              "BagsClassId, NoOfBags, BagWeight, TTLWeight) VALUES (1, 4, 3, 1, "
+                              "20, 50, 1000)"));
+    tx.commit();
+}
+
+} // namespace gm::test
