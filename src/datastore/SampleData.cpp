@@ -1,6 +1,5 @@
 #include "datastore/SampleData.h"
 
-#include "arrivals/SampleArrivals.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
@@ -207,7 +206,6 @@ void loadSampleMill(const Conn& conn) {
     // Each document subsystem adds here the call that writes its own sample documents
     // (contracts, arrivals, ...), in the order in which they depend on one another, so that
     // they share this transaction.
-    loadSampleArrivals(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();
