@@ -1,0 +1,163 @@
+#include "Runner.h"
+
+#include "datastore/Conn.h"
+#include "datastore/Sql.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cmath>
+
+namespace gm::bench {
+
+namespace {
+
+Timing measure(const Action& a, const std::function<int()>& step, const RunOptions& o) {
+    Timing t;
+    std::vector<double> samples;
+    QElapsedTimer total;
+    total.start();
+    try {
+        // One run first, untimed: the statement is prepared and the pages are read in, as
+        // they are after a clerk's first minute on the screen.
+        if (a.before)
+            a.before();
+        t.rows = step();
+        if (a.after)
+            a.after();
+        total.restart();
+        for (int i = 0; i < o.repeat; ++i) {
+            if (a.before)
+                a.before();
+            QElapsedTimer clock;
+            clock.start();
+            t.rows = step();
+            samples.push_back(double(clock.nsecsElapsed()) / 1e6);
+            if (a.after)
+                a.after();
+            QCoreApplication::processEvents();
+            if (total.elapsed() > o.budgetMs)
+                break;
+        }
+    } catch (const DbError& e) {
+        t.error = e.description().left(120).simplified();
+        if (a.after) {
+            try {
+                a.after();
+            } catch (const DbError&) {
+            }
+        }
+        if (samples.empty())
+            return t;
+    }
+    std::sort(samples.begin(), samples.end());
+    t.ran = true;
+    t.runs = int(samples.size());
+    const size_t n = samples.size();
+    t.medianMs = n % 2 ? samples[n / 2] : (samples[n / 2 - 1] + samples[n / 2]) / 2;
+    t.p95Ms = samples[std::min(n - 1, size_t(std::ceil(0.95 * double(n))) - 1)];
+    return t;
+}
+
+QString ms(double v) {
+    if (v >= 100)
+        return QString::number(v, 'f', 0);
+    if (v >= 10)
+        return QString::number(v, 'f', 1);
+    return QString::number(v, 'f', 2);
+}
+
+QString cell(const Timing& t, bool p95 = false) {
+    if (!t.ran)
+        return t.error.isEmpty() ? QStringLiteral("–") : QStringLiteral("failed");
+    return ms(p95 ? t.p95Ms : t.medianMs);
+}
+
+} // namespace
+
+std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
+                               const RunOptions& options) {
+    std::vector<Result> out;
+    QTextStream err(stderr);
+    const bool pg = conn.isPostgres();
+    for (const Action& a : actions) {
+        Result r{a.name, {}, {}, a.note};
+        err << "  " << a.name << " ..." << Qt::flush;
+        r.ours = measure(a, a.ours, options);
+        if (a.legacy) {
+            // The old statements were not written for this much data; a server cancels one
+            // that runs away rather than leaving the run stuck.
+            if (pg)
+                execute(
+                    conn,
+                    QStringLiteral("SET statement_timeout = %1").arg(options.statementTimeoutMs));
+            RunOptions legacyOptions = options;
+            Action legacyOnly = a;
+            r.legacy = measure(legacyOnly, a.legacy, legacyOptions);
+            if (pg)
+                execute(conn, QStringLiteral("SET statement_timeout = 0"));
+        }
+        err << " " << cell(r.ours) << " ms";
+        if (a.legacy)
+            err << ", legacy " << cell(r.legacy) << " ms";
+        if (!r.ours.error.isEmpty())
+            err << " [ours: " << r.ours.error << "]";
+        if (!r.legacy.error.isEmpty())
+            err << " [legacy: " << r.legacy.error << "]";
+        err << Qt::endl;
+        out.push_back(std::move(r));
+    }
+    return out;
+}
+
+QString resultTable(const std::vector<Result>& large, const std::vector<Result>& small,
+                    double targetMs) {
+    QString text;
+    QTextStream s(&text);
+    s << "| Action | rows | median ms | p95 ms | 10y/1y | legacy rows | legacy median ms | "
+         "legacy/ours | |\n";
+    s << "|---|---:|---:|---:|---:|---:|---:|---:|---|\n";
+    for (const Result& r : large) {
+        const Result* base = nullptr;
+        for (const Result& b : small)
+            if (b.name == r.name)
+                base = &b;
+        QString ratio = QStringLiteral("–");
+        bool grows = false;
+        if (base && base->ours.ran && r.ours.ran && base->ours.medianMs > 0) {
+            const double x = r.ours.medianMs / base->ours.medianMs;
+            ratio = QString::number(x, 'f', 2);
+            grows = x > 1.5;
+        }
+        QString legacyRatio = QStringLiteral("–");
+        if (r.legacy.ran && r.ours.ran && r.ours.medianMs > 0)
+            legacyRatio = QString::number(r.legacy.medianMs / r.ours.medianMs, 'f', 1);
+        else if (!r.legacy.ran && !r.legacy.error.isEmpty())
+            legacyRatio = QStringLiteral("(%1)").arg(r.legacy.error.left(40));
+        QStringList flags;
+        if (!r.ours.ran)
+            flags << QStringLiteral("failed: ") + r.ours.error.left(60);
+        else if (r.ours.medianMs >= targetMs)
+            flags << QStringLiteral("over target");
+        if (grows)
+            flags << QStringLiteral("grows");
+        if (!r.note.isEmpty())
+            flags << QStringLiteral("*");
+        s << "| " << r.name << " | " << r.ours.rows << " | " << cell(r.ours) << " | "
+          << cell(r.ours, true) << " | " << ratio << " | "
+          << (r.legacy.ran ? QString::number(r.legacy.rows) : QStringLiteral("–")) << " | "
+          << cell(r.legacy) << " | " << legacyRatio << " | " << flags.join(QStringLiteral(", "))
+          << " |\n";
+    }
+    QStringList notes;
+    for (const Result& r : large)
+        if (!r.note.isEmpty())
+            notes << QStringLiteral("* %1: %2").arg(r.name, r.note);
+    if (!notes.isEmpty())
+        s << "\n" << notes.join(QLatin1Char('\n')) << "\n";
+    return text;
+}
+
+} // namespace gm::bench
