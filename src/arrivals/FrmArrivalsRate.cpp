@@ -28,6 +28,7 @@ ScreenTraits arrivalTraits() {
     t.caption = QStringLiteral("Arrivals");
     t.enterPassesIn = {QStringLiteral("Grid")};
     t.enterTabsOnButtons = false;
+    t.enterOnButtonMarksMode2 = true;
     t.partySearchCombos = {QStringLiteral("CboSeller")};
     t.contractSearchCombo = QStringLiteral("CboContract");
     t.focusAfterClear = {QStringLiteral("DtpArrivalDate"), QStringLiteral("CboSeller")};
@@ -171,7 +172,7 @@ void FrmArrivalsRate::buildUi() {
     for (const ColumnGroup& g : arrivalColumnGroups())
         groups.push_back(GridGroup{g.first, g.last, g.heading});
     m_grid->setGroups(std::move(groups));
-    outer->addWidget(m_grid, 1);
+    outer->addWidget(m_grid->panel(), 1);
 
     // The unit list behind the rate unit column; it is never typed in.
     m_cboRateUnit = new LookupCombo(QStringLiteral("CboRateUnit"), this);

@@ -1,6 +1,7 @@
 #include "ArrivalFixture.h"
 #include "arrivals/ArrivalReport.h"
 #include "arrivals/ArrivalStore.h"
+#include "datastore/SampleData.h"
 #include "services/Lookups.h"
 #include "support/TestDb.h"
 
@@ -10,6 +11,15 @@
 
 using namespace gm;
 using namespace gm::test;
+
+namespace {
+// Master data without sample documents, so that keys and stock start from nothing.
+std::unique_ptr<Conn> bareMill() {
+    auto conn = freshConn();
+    loadSampleMasterData(*conn);
+    return conn;
+}
+} // namespace
 
 class TestArrivalStore : public QObject {
     Q_OBJECT
@@ -27,7 +37,7 @@ private Q_SLOTS:
 
 void TestArrivalStore::savedVehiclesRaiseStock() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     QCOMPARE(store.nextArrivalId(), 1);
     ArrivalDocument a =
@@ -65,7 +75,7 @@ void TestArrivalStore::savedVehiclesRaiseStock() {
 
 void TestArrivalStore::editReplacesLinesAndStockFollows() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     store.save(freeArrival(1, {vehicle("A-1", 100, 100), vehicle("A-2", 100, 100)}), true);
     QCOMPARE(stockWeight(*conn, kWheatLocal), 20000.0);
@@ -82,7 +92,7 @@ void TestArrivalStore::editReplacesLinesAndStockFollows() {
 
 void TestArrivalStore::removalLowersStock() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     store.save(freeArrival(1, {vehicle("A-1", 100, 100)}), true);
     store.save(freeArrival(2, {vehicle("B-1", 30, 100)}), true);
@@ -95,7 +105,7 @@ void TestArrivalStore::removalLowersStock() {
 
 void TestArrivalStore::invoicedArrivalIsRefused() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     store.save(freeArrival(1, {vehicle("A-1", 100, 100), vehicle("A-2", 10, 100)}), true);
     invoiceVehicle(*conn, 7, 1, QStringLiteral("A-1"), kWheatLocal);
@@ -121,7 +131,7 @@ void TestArrivalStore::invoicedArrivalIsRefused() {
 
 void TestArrivalStore::newArrivalNeverOverwritesAnother() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     store.save(freeArrival(1, {vehicle("THEIRS", 100, 100)}), true);
     QVERIFY_THROWS_EXCEPTION(DbError, store.save(freeArrival(1, {vehicle("MINE", 5, 100)}), true));
@@ -132,7 +142,7 @@ void TestArrivalStore::newArrivalNeverOverwritesAnother() {
 
 void TestArrivalStore::lineWithoutBagWeightIsRefusedNotDropped() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     try {
         store.save(freeArrival(1, {vehicle("A-1", 10, 100), vehicle("A-2", 10, 0),
@@ -148,7 +158,7 @@ void TestArrivalStore::lineWithoutBagWeightIsRefusedNotDropped() {
 
 void TestArrivalStore::contractLeavesTheListOnceUsed() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     insertContract(*conn, 11, QString::fromLatin1(kSeller), kWheatGovernment);
     insertContract(*conn, 12, QStringLiteral("6100002"), kWheatLocal);
     ArrivalStore store(*conn);
@@ -172,7 +182,7 @@ void TestArrivalStore::contractLeavesTheListOnceUsed() {
 
 void TestArrivalStore::centreQuotaAndPermitRates() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     // Two letters of one payment at centre 1 and one of another: averages go per letter.
     insertDfcPayment(*conn, 1, kWheatGovernment, 3900, 80, 2,
                      {{"P-100", 1, 300, 30000}, {"P-101", 1, 200, 20000}});
@@ -209,7 +219,7 @@ void TestArrivalStore::centreQuotaAndPermitRates() {
 
 void TestArrivalStore::printedPageCarriesLinesAndTotals() {
     GM_REQUIRE_ENGINE();
-    auto conn = freshSampleConn();
+    auto conn = bareMill();
     ArrivalStore store(*conn);
     store.save(
         freeArrival(1, {vehicle("LHR-1'22", 100, 100.5, 0.5, 20), vehicle("OKR-7", 50, 100)}),
