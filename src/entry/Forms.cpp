@@ -6,6 +6,7 @@
 #include <QMessageBox>
 
 // Screens: each document screen adds its include here and its case in createScreen below.
+#include "arrivals/FrmArrivalsRate.h"
 #include "contracts/FrmPurchaseContract.h"
 
 namespace gm {
@@ -37,6 +38,8 @@ template <class S> std::unique_ptr<QWidget> make(const Context& ctx) {
 // built yet has no case and yields null.
 ScreenMaker createScreen(Forms::Screen screen) {
     switch (screen) {
+    case Forms::Screen::Arrivals:
+        return &make<FrmArrivalsRate>;
     case Forms::Screen::PurchaseContract:
         return &make<FrmPurchaseContract>;
     default:
