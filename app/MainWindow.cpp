@@ -116,6 +116,14 @@ public:
         m_groups->setSpacing(18);
         outer->addLayout(m_groups);
         outer->addStretch(1);
+        auto* hint = new QLabel(
+            QStringLiteral("Ctrl+1 to Ctrl+6 open the document screens. In a list: type to "
+                           "find, Insert adds a row, Enter saves it, Delete removes it, Esc "
+                           "drops changes."),
+            this);
+        hint->setWordWrap(true);
+        hint->setStyleSheet(QStringLiteral("color: palette(dark);"));
+        outer->addWidget(hint);
     }
 
     void setLetterhead(const HostSettingsValues& v) {
@@ -182,7 +190,7 @@ MainWindow::MainWindow(HostConfig& config, std::unique_ptr<Conn> conn, qint16 us
     buildMenus();
     buildStatusBar();
     updateStatus();
-    resize(1100, 700);
+    resize(1280, 760);
     const QByteArray geometry = m_config.raw().value(QStringLiteral("Host/Geometry")).toByteArray();
     if (!geometry.isEmpty())
         restoreGeometry(geometry);
@@ -257,7 +265,8 @@ void MainWindow::buildMenus() {
     open->setObjectName(QStringLiteral("ActOpenDatabase"));
     open->setShortcut(QKeySequence::Open);
     connect(open, &QAction::triggered, this, &MainWindow::chooseDatabase);
-    QAction* settings = file->addAction(QStringLiteral("&Settings..."));
+    QAction* settings = file->addAction(st->standardIcon(QStyle::SP_FileDialogContentsView),
+                                        QStringLiteral("&Settings..."));
     settings->setObjectName(QStringLiteral("ActSettings"));
     settings->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     connect(settings, &QAction::triggered, this, &MainWindow::editSettings);

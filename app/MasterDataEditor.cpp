@@ -16,10 +16,10 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace gm::host {
@@ -158,6 +158,7 @@ void MasterDataEditor::buildUi() {
     m_filter->setPlaceholderText(QStringLiteral("Filter"));
     m_filter->setClearButtonEnabled(true);
     m_filter->setMinimumWidth(220);
+    m_filter->setMaximumWidth(320);
     m_filter->installEventFilter(this);
     top->addWidget(new QLabel(QStringLiteral("&Find:"), this));
     qobject_cast<QLabel*>(top->itemAt(top->count() - 1)->widget())->setBuddy(m_filter);
@@ -183,8 +184,7 @@ void MasterDataEditor::buildUi() {
     m_view->sortByColumn(-1, Qt::AscendingOrder);
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
-    m_view->horizontalHeader()->setStretchLastSection(true);
-    m_view->horizontalHeader()->setHighlightSections(false);
+    m_view->horizontalHeader()->setStretchLastSection(false);
     m_view->setWordWrap(false);
     m_view->installEventFilter(this);
     left->addWidget(m_view);
@@ -274,6 +274,7 @@ void MasterDataEditor::buildUi() {
         button("BtnDelete", QStringLiteral("&Delete"), QStringLiteral("Delete the row (Delete)"));
     boxLayout->addLayout(buttons);
     box->setMinimumWidth(340);
+    box->setMaximumWidth(460);
     body->addWidget(box, 2);
     outer->addLayout(body, 1);
 
@@ -290,18 +291,6 @@ void MasterDataEditor::buildUi() {
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &MasterDataEditor::onCurrentChanged);
 
-    auto* insert = new QShortcut(QKeySequence(Qt::Key_Insert), this);
-    insert->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(insert, &QShortcut::activated, this, [this] { newRow(); });
-    auto* saveKey = new QShortcut(QKeySequence::Save, this);
-    saveKey->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(saveKey, &QShortcut::activated, this, [this] { save(); });
-    auto* findKey = new QShortcut(QKeySequence::Find, this);
-    findKey->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(findKey, &QShortcut::activated, this, [this] {
-        m_filter->setFocus();
-        m_filter->selectAll();
-    });
     fillLookups();
     setDirty(false);
 }
@@ -351,7 +340,7 @@ void MasterDataEditor::reload() {
     }
     m_loading = true;
     m_model->setRows(std::move(rows));
-    m_view->resizeColumnsToContents();
+    fitColumns();
     m_loading = false;
     updateCount();
     if (keep && m_model->findRow(*keep) >= 0)
@@ -428,7 +417,7 @@ void MasterDataEditor::showRow(const RowValues* row) {
         if (auto* line = qobject_cast<QLineEdit*>(w)) {
             line->setText(valueText(f, v));
             // A saved row keeps its key: documents point at it.
-            line->setReadOnly(f.key && row);
+            line->setEnabled(!(f.key && row));
         } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
             check->setChecked(v.toBool());
         } else if (auto* date = qobject_cast<QDateEdit*>(w)) {
@@ -616,11 +605,43 @@ bool MasterDataEditor::settleChanges() {
     return true;
 }
 
+void MasterDataEditor::fitColumns() {
+    m_view->resizeColumnsToContents();
+    // The first name column takes the spare width, so that flags stay narrow.
+    int stretch = -1, used = 0;
+    for (int c = 0; c < m_model->columnCount(); ++c) {
+        const FieldSpec& f = spec().fields[size_t(m_model->fieldOfColumn(c))];
+        if (stretch < 0 && !f.key && (f.type == FieldType::Text || f.type == FieldType::Lookup))
+            stretch = c;
+        used += m_view->columnWidth(c);
+    }
+    const int spare = m_view->viewport()->width() - used;
+    if (stretch >= 0 && spare > 0)
+        m_view->setColumnWidth(stretch, m_view->columnWidth(stretch) + spare);
+}
+
 bool MasterDataEditor::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_view && event->type() == QEvent::Resize)
+        QTimer::singleShot(0, this, [this] { fitColumns(); });
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
     const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    // Handled here rather than by shortcuts: a detail list sits inside its parent's list, and
+    // the key belongs to the list that has the focus.
+    if (key->key() == Qt::Key_Insert && key->modifiers() == Qt::NoModifier) {
+        newRow();
+        return true;
+    }
+    if (key->matches(QKeySequence::Save)) {
+        save();
+        return true;
+    }
+    if (key->matches(QKeySequence::Find)) {
+        m_filter->setFocus();
+        m_filter->selectAll();
+        return true;
+    }
     if (watched == m_view) {
         if (key->key() == Qt::Key_Delete) {
             removeCurrent();
@@ -629,8 +650,7 @@ bool MasterDataEditor::eventFilter(QObject* watched, QEvent* event) {
         if (enter) {
             // Enter on a row opens it for change.
             for (size_t i = 0; i < m_editors.size(); ++i) {
-                auto* line = qobject_cast<QLineEdit*>(m_editors[i]);
-                if (m_editors[i] && !(line && line->isReadOnly()) && m_editors[i]->isEnabled()) {
+                if (m_editors[i] && m_editors[i]->isEnabled()) {
                     focusField(int(i));
                     break;
                 }

@@ -91,6 +91,7 @@ private:
     void setDirty(bool dirty);
     int currentSourceRow() const;
     void updateCount();
+    void fitColumns();
 
     MasterDataStore m_store;
     MasterRowsModel* m_model = nullptr;

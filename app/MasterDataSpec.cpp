@@ -47,7 +47,10 @@ FieldSpec amount(const char* column, const char* caption) {
     return f;
 }
 
-const char* kUnitList = "SELECT UnitId, UnitName FROM Units ORDER BY UnitId";
+// A unit reads as its name and its weight in whole kilograms, "Mound (40)", as everywhere.
+const char* kUnitList =
+    "SELECT UnitId, UnitName || ' (' || CAST(CAST(ROUND(WeightInKgs) AS INTEGER) AS TEXT) || ')' "
+    "FROM Units ORDER BY UnitId";
 const char* kAccountList =
     "SELECT AccountNo, AccountNo || ' ' || COALESCE(AccountName, '') FROM ChartOfAccounts "
     "ORDER BY AccountNo";

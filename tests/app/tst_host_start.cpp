@@ -16,6 +16,8 @@
 #include <QMenu>
 #include <QProcess>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QSqlQuery>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -194,6 +196,11 @@ void TstHostStart::refusedLocations() {
     QTemporaryDir dir;
     QString location;
     QString secret;
+    std::unique_ptr<Conn> admin;
+    const auto dropRole = qScopeGuard([&] {
+        if (admin)
+            QSqlQuery(admin->db()).exec(QStringLiteral("DROP ROLE IF EXISTS gm_pw_clerk"));
+    });
     if (kind == QLatin1String("folder")) {
         location = dir.path();
     } else if (kind == QLatin1String("under-file")) {
@@ -212,9 +219,8 @@ void TstHostStart::refusedLocations() {
         secret = QStringLiteral("wr0ng-s3cret");
         url.setPassword(secret);
         if (kind == QLatin1String("pg-password")) {
-            // The test server may trust local users whatever their password; a role that
-            // must give one is made for the check, and dropped again by the server's cleanup.
-            auto admin = Conn::open(pg, nullptr, Conn::Options{false});
+            // A role that must give a password is made for the check and dropped after it.
+            admin = Conn::open(pg, nullptr, Conn::Options{false});
             QVERIFY(admin);
             QSqlQuery q(admin->db());
             q.exec(QStringLiteral("DROP ROLE IF EXISTS gm_pw_clerk"));
