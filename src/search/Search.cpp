@@ -2,6 +2,7 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "entry/LookupCombo.h"
 #include "entry/Messages.h"
 #include "search/SearchRows.h"
 #include "services/Lookups.h"
@@ -41,7 +42,8 @@ struct SearchDefinition {
     const char* toName;
     bool nameFilter;
     bool idFilter;
-    bool periodFromHost; // default dates from the host's period instead of the last year
+    bool periodFromHost;  // default dates from the host's period instead of the last year
+    bool shiftEnterPicks; // Shift+Enter in the list picks as Enter does
     std::vector<SearchColumn> columns;
     int keyField;
     // The statement for these filters, with its values appended to `binds` in order.
@@ -171,77 +173,93 @@ QString hourlySql(const Conn&, const SearchFilters&, QVariantList&) {
 
 using F = CellFormat;
 
-const SearchDefinition kArrivals{"SchArrivals",
-                                 "Search Arrivals",
-                                 "DtpFromDate",
-                                 "DtpToDate",
-                                 true,
-                                 true,
-                                 false,
-                                 {{"ArrivalID", 0, F::Number, 80},
-                                  {"Arrival Date", 1, F::Date, 90},
-                                  {"Party Name", 2, F::Text, 260},
-                                  {"Commodity", 3, F::Text, 160}},
-                                 0,
-                                 arrivalsSql};
+const SearchDefinition kArrivals{
+    .objectName = "SchArrivals",
+    .caption = "Search Arrivals",
+    .fromName = "DtpFromDate",
+    .toName = "DtpToDate",
+    .nameFilter = true,
+    .idFilter = true,
+    .periodFromHost = false,
+    .shiftEnterPicks = false,
+    .columns = {{"ArrivalID", 0, F::Number, 80},
+                {"Arrival Date", 1, F::Date, 90},
+                {"Party Name", 2, F::Text, 260},
+                {"Commodity", 3, F::Text, 160}},
+    .keyField = 0,
+    .statement = arrivalsSql,
+};
 
-const SearchDefinition kPurchase{"SchPurchase",
-                                 "Search Purchase",
-                                 "DtpFromDate",
-                                 "DtpToDate",
-                                 true,
-                                 true,
-                                 false,
-                                 {{"ContractID", 0, F::Number, 80},
-                                  {"Date", 1, F::Date, 90},
-                                  {"Broker", 2, F::Text, 180},
-                                  {"Seller", 3, F::Text, 180},
-                                  {"Amount", 4, F::Fixed, 110}},
-                                 0,
-                                 purchaseSql};
+const SearchDefinition kPurchase{
+    .objectName = "SchPurchase",
+    .caption = "Search Purchase",
+    .fromName = "DtpFromDate",
+    .toName = "DtpToDate",
+    .nameFilter = true,
+    .idFilter = true,
+    .periodFromHost = false,
+    .shiftEnterPicks = false,
+    .columns = {{"ContractID", 0, F::Number, 80},
+                {"Date", 1, F::Date, 90},
+                {"Broker", 2, F::Text, 180},
+                {"Seller", 3, F::Text, 180},
+                {"Amount", 4, F::Fixed, 110}},
+    .keyField = 0,
+    .statement = purchaseSql,
+};
 
-const SearchDefinition kContract{"SchPurchaseContract",
-                                 "Search Purchase Contract",
-                                 "DtpFromDate",
-                                 "DtpToDate",
-                                 true,
-                                 false,
-                                 false,
-                                 {{"ContractID", 0, F::Number, 80},
-                                  {"Date", 1, F::Date, 90},
-                                  {"Broker", 2, F::Text, 180},
-                                  {"Seller", 3, F::Text, 180},
-                                  {"Quantity", 4, F::QuantityWithMode, 100}},
-                                 0,
-                                 contractSql};
+const SearchDefinition kContract{
+    .objectName = "SchPurchaseContract",
+    .caption = "Search Purchase Contract",
+    .fromName = "DtpFromDate",
+    .toName = "DtpToDate",
+    .nameFilter = true,
+    .idFilter = false,
+    .periodFromHost = false,
+    .shiftEnterPicks = false,
+    .columns = {{"ContractID", 0, F::Number, 80},
+                {"Date", 1, F::Date, 90},
+                {"Broker", 2, F::Text, 180},
+                {"Seller", 3, F::Text, 180},
+                {"Quantity", 4, F::QuantityWithMode, 100}},
+    .keyField = 0,
+    .statement = contractSql,
+};
 
-const SearchDefinition kDfc{"SchDFCPurchase",
-                            "Search DFC Purchase",
-                            "DtpFrom",
-                            "Dtpto",
-                            true,
-                            false,
-                            true,
-                            {{"ContractID", 0, F::Number, 80},
-                             {"Date", 1, F::Date, 90},
-                             {"Commodity", 2, F::Text, 180},
-                             {"Total Weight", 3, F::Number, 110},
-                             {"Gross Amount", 4, F::Fixed, 120}},
-                            0,
-                            dfcSql};
+const SearchDefinition kDfc{
+    .objectName = "SchDFCPurchase",
+    .caption = "Search DFC Purchase",
+    .fromName = "DtpFrom",
+    .toName = "Dtpto",
+    .nameFilter = true,
+    .idFilter = false,
+    .periodFromHost = true,
+    .shiftEnterPicks = false,
+    .columns = {{"ContractID", 0, F::Number, 80},
+                {"Date", 1, F::Date, 90},
+                {"Commodity", 2, F::Text, 180},
+                {"Total Weight", 3, F::Number, 110},
+                {"Gross Amount", 4, F::Fixed, 120}},
+    .keyField = 0,
+    .statement = dfcSql,
+};
 
-const SearchDefinition kHourly{"SchHProduction",
-                               "Search Hourly Production",
-                               nullptr,
-                               nullptr,
-                               false,
-                               false,
-                               false,
-                               {{"ArrivalID", 0, F::Number, 80},
-                                {"Process Time", 1, F::DateHour, 150},
-                                {"Commodity", 2, F::Text, 220}},
-                               0,
-                               hourlySql};
+// No filters: the whole list is read once and the commodity combo finds in it.
+const SearchDefinition kHourly{
+    .objectName = "SchHProduction",
+    .caption = "Search Hourly Production",
+    .fromName = nullptr,
+    .toName = nullptr,
+    .nameFilter = false,
+    .idFilter = false,
+    .periodFromHost = false,
+    .shiftEnterPicks = true,
+    .columns = {{"ArrivalID", 0, F::Number, 80},
+                {"Process Time", 1, F::DateHour, 150},
+                {"Commodity", 2, F::Text, 220}},
+    .keyField = 0,
+    .statement = hourlySql,
+};
 
 void showError(QWidget* parent, const DbError& e) {
     ShowErrorBox(parent, e.description(), e.source());
@@ -463,10 +481,8 @@ bool DocumentSearch::handleKey(QWidget* control, QKeyEvent* key) {
     if (!isEnter(key))
         return false;
     if (control == m_grid) {
-        // Shift+Enter in the list picks only on the hourly search, whose list has no filter
-        // that could want the key.
         const bool shift = key->modifiers().testFlag(Qt::ShiftModifier);
-        if (!shift || !m_def.fromName)
+        if (!shift || m_def.shiftEnterPicks)
             Select();
         return true;
     }
@@ -510,10 +526,7 @@ SchDFCPurchase::SchDFCPurchase(const Context& ctx, QWidget* owner)
 SchHProduction::SchHProduction(const Context& ctx, QWidget* owner)
     : DocumentSearch(ctx, kHourly, owner) {
     auto* label = new QLabel(QStringLiteral("Commodity"), topRowExtra());
-    m_commodity = new QComboBox(topRowExtra());
-    m_commodity->setObjectName(QStringLiteral("CboCommodity"));
-    m_commodity->setEditable(true);
-    m_commodity->setInsertPolicy(QComboBox::NoInsert);
+    m_commodity = new LookupCombo(QStringLiteral("CboCommodity"), topRowExtra());
     m_commodity->setMinimumWidth(220);
     topRowExtra()->layout()->addWidget(label);
     topRowExtra()->layout()->addWidget(m_commodity);
@@ -524,13 +537,10 @@ SchHProduction::SchHProduction(const Context& ctx, QWidget* owner)
 
     try {
         // Every commodity is offered, whatever its marks.
-        for (const LookupItem& item : loadCommodities(ctx.db(), true, true, true))
-            m_commodity->addItem(item.name, item.key);
+        m_commodity->setItems(loadCommodities(ctx.db(), true, true, true));
     } catch (const DbError& e) {
         showError(this, e);
     }
-    m_commodity->setCurrentIndex(-1);
-    m_commodity->setEditText(QString());
     RunSearch();
     connect(m_commodity, &QComboBox::editTextChanged, this, &SchHProduction::FindCommodity);
     m_commodity->setFocus();

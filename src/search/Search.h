@@ -7,7 +7,6 @@
 #include <QString>
 #include <QVariant>
 
-class QComboBox;
 class QDateEdit;
 class QKeyEvent;
 class QLineEdit;
@@ -31,6 +30,7 @@ int showArrivalSearch(QWidget* owner, const Context& ctx);
 int showDFCPurchaseSearch(QWidget* owner, const Context& ctx);
 int showHProductionSearch(QWidget* owner, const Context& ctx);
 
+class LookupCombo;
 struct SearchDefinition; // what one document search lists and how; see Search.cpp
 class SearchRowsModel;   // the rows of a search as display texts plus their raw fields
 
@@ -120,7 +120,7 @@ public:
     void FindCommodity(const QString& text);
 
 private:
-    QComboBox* m_commodity = nullptr;
+    LookupCombo* m_commodity = nullptr;
 };
 
 // Finds a party for the party combos. Its key is text and three values come back. The
