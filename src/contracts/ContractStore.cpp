@@ -115,9 +115,7 @@ ContractStore::InsertResult ContractStore::insert(const PurchaseContract& contra
         // Tested inside the write so that a number shown on two screens is written once.
         if (exists(contract.contractId))
             return InsertResult::NumberTaken;
-        Query q(m_conn, QString::fromLatin1(kInsertSql));
-        bindColumns(q, contract);
-        q.exec();
+        insertWithin(contract);
         tx.commit();
         return InsertResult::Inserted;
     } catch (const DbError&) {
@@ -127,6 +125,12 @@ ContractStore::InsertResult ContractStore::insert(const PurchaseContract& contra
             return InsertResult::NumberTaken;
         throw;
     }
+}
+
+void ContractStore::insertWithin(const PurchaseContract& contract) {
+    Query q(m_conn, QString::fromLatin1(kInsertSql));
+    bindColumns(q, contract);
+    q.exec();
 }
 
 bool ContractStore::update(const PurchaseContract& contract) {

@@ -35,6 +35,9 @@ public:
     // Adds a new contract. A number that another clerk took meanwhile is reported, never
     // written over.
     InsertResult insert(const PurchaseContract& contract);
+    // Writes a new row as part of a transaction the caller already holds (several documents
+    // loaded as one); a taken number fails like any other refused statement.
+    void insertWithin(const PurchaseContract& contract);
     // Writes an existing contract by its number; false when the row is gone.
     bool update(const PurchaseContract& contract);
 

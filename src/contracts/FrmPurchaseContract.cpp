@@ -211,8 +211,6 @@ void FrmPurchaseContract::LoadContractLists() {
     // Both kinds start at "ALL", which fills both party lists with every party.
     m_brokerType->selectKey(partyTypeList().front().key);
     m_sellerType->selectKey(partyTypeList().front().key);
-    fillParties(m_brokerType, m_broker);
-    fillParties(m_sellerType, m_seller);
 }
 
 void FrmPurchaseContract::fillParties(LookupCombo* typeCombo, LookupCombo* partyCombo) {
@@ -293,8 +291,9 @@ void FrmPurchaseContract::placeParty(LookupCombo* typeCombo, LookupCombo* partyC
         return;
     if (partyCombo->selectKey(key))
         return;
-    typeCombo->selectKey(partyTypeList().front().key);
-    fillParties(typeCombo, partyCombo);
+    const QString all = partyTypeList().front().key;
+    if (typeCombo->currentKey() != all)
+        typeCombo->selectKey(all); // refills the party list through the kind's change
     if (!partyCombo->selectKey(key))
         partyCombo->setText(name); // shown, though no longer a party the lists offer
 }

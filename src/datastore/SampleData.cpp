@@ -1,5 +1,7 @@
 #include "datastore/SampleData.h"
 
+#include "arrivals/SampleArrivals.h"
+#include "contracts/SampleContracts.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
@@ -206,6 +208,8 @@ void loadSampleMill(const Conn& conn) {
     // Each document subsystem adds here the call that writes its own sample documents
     // (contracts, arrivals, ...), in the order in which they depend on one another, so that
     // they share this transaction.
+    loadSampleContracts(conn);
+    loadSampleArrivals(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();
