@@ -109,9 +109,9 @@ QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
             "AS NUMERIC), 2)) AS Value, pu.SellerId "
             "FROM Purchases pu "
             "INNER JOIN PurchaseBody pb ON pu.PurchaseId = pb.PurchaseId "
-            "LEFT JOIN (Arrivals a "
-            "INNER JOIN Commodities co ON a.CommodityId = co.CommodityId "
-            "INNER JOIN Units u ON co.RateUnitId = u.UnitId) ON a.ArrivalId = pb.ArrivalId "
+            "LEFT JOIN Arrivals a ON a.ArrivalId = pb.ArrivalId "
+            "LEFT JOIN Commodities co ON a.CommodityId = co.CommodityId "
+            "LEFT JOIN Units u ON co.RateUnitId = u.UnitId "
             "LEFT JOIN ChartOfAccounts sa ON sa.AccountNo = pu.SellerId "
             "LEFT JOIN Parties sp ON sp.PartyId = pu.SellerId "
             "LEFT JOIN Cities sc ON sc.CityId = sp.CityId "
@@ -139,8 +139,8 @@ QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
         "FROM PContracts pc "
         "INNER JOIN Parties s ON pc.PartyId = s.PartyId "
         "INNER JOIN ChartOfAccounts sa ON s.PartyId = sa.AccountNo "
-        "LEFT JOIN (Parties b INNER JOIN ChartOfAccounts ba ON b.PartyId = ba.AccountNo) "
-        "ON b.PartyId = pc.BrokerId");
+        "LEFT JOIN Parties b ON b.PartyId = pc.BrokerId "
+        "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = b.PartyId");
     sql += dateRange("pc.ContractDate", f, binds);
     if (!f.name.isEmpty())
         sql += nameCondition(conn, QStringLiteral("sa.AccountName"), containing(f.name), binds);
