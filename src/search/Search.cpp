@@ -335,9 +335,12 @@ void DocumentSearch::buildUi() {
         QDate from = QDate::currentDate().addDays(-365);
         QDate to = QDate::currentDate();
         if (m_def.periodFromHost) {
+            // A host that tells no period leaves the last year, rather than an empty list.
             const HostSettingsValues host = m_ctx.hostSettings();
-            from = host.PeriodStart;
-            to = host.PeriodEnd;
+            if (host.PeriodStart.isValid())
+                from = host.PeriodStart;
+            if (host.PeriodEnd.isValid())
+                to = host.PeriodEnd;
         }
         auto makeDate = [this](const char* name, const QDate& value) {
             auto* edit = new QDateEdit(this);
