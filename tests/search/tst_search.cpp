@@ -86,7 +86,7 @@ class TestSearch : public QObject {
              {id, date, commodity, seller});
     }
 
-    void seed() {
+    void masterData() {
         exec("INSERT INTO Cities (CityId, CityName) VALUES (1, 'Lahore'), (2, 'Multan')", {});
         party("6001", "Ali Traders", 1);
         party("6002", "O'Brien Grain", 2);
@@ -97,6 +97,14 @@ class TestSearch : public QObject {
         exec("INSERT INTO Commodities (CommodityId, CommodityName, RateUnitId) VALUES "
              "(1, 'Wheat', 1), (2, 'Flour Fine', 1), (3, 'Bran', 1)",
              {});
+    }
+
+    // Each test starts from the same four arrivals and no other document.
+    void documents() {
+        for (const char* table :
+             {"HProductionBody", "HourlyProduction", "PurchaseBody", "Purchases", "ArrivalsBody",
+              "Arrivals", "PContracts", "DFCPayments"})
+            exec(QStringLiteral("DELETE FROM %1").arg(QLatin1String(table)), {});
         arrival(10, today().addDays(-3), "6001", 1);
         arrival(12, today().addDays(-2), "6002", 1);
         arrival(14, today(), "6004", 3);
@@ -104,20 +112,21 @@ class TestSearch : public QObject {
     }
 
 private Q_SLOTS:
-    void init() {
+    void initTestCase() {
         GM_REQUIRE_ENGINE();
         m_conn = test::freshConn();
         QVERIFY(m_conn);
-        m_ctx = Context{};
         m_ctx.conn = m_conn.get();
         HostSettingsValues host;
         host.PeriodStart = today().addDays(-30);
         host.PeriodEnd = today().addDays(30);
         m_ctx.settings = std::make_shared<FixedHostSettings>(host);
-        seed();
+        masterData();
     }
 
-    void cleanup() { m_conn.reset(); }
+    void init() { documents(); }
+
+    void cleanupTestCase() { m_conn.reset(); }
 
     void arrivalsListNewestFirstWithinTheYear() {
         SchArrivals s(m_ctx);
@@ -426,7 +435,7 @@ private Q_SLOTS:
     }
 
     void failedQueryShowsErrorBoxAndEmptiesList() {
-        // A statement that fails on the server: its table is gone.
+        // A statement that fails on the server: its table is gone (so this test runs last).
         QVERIFY(QSqlQuery(m_conn->db()).exec("DROP TABLE HProductionBody"));
         QString title, text;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
