@@ -1,0 +1,452 @@
+#include "ArrivalFixture.h"
+#include "arrivals/FrmArrivalsRate.h"
+#include "entry/Forms.h"
+#include "entry/LineGrid.h"
+#include "entry/LookupCombo.h"
+#include "Modals.h"
+#include "reports/Report.h"
+#include "search/Search.h"
+#include "services/Lookups.h"
+#include "support/TestDb.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace gm;
+using namespace gm::test;
+
+namespace {
+
+const QString kSaveQuestion = QStringLiteral("Are you sure to save this invoice?");
+const QString kPrintQuestion = QStringLiteral("Do you want to print?");
+
+template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
+    auto* w = screen->findChild<W*>(name);
+    if (!w)
+        qFatal("no control %s", qPrintable(name));
+    return w;
+}
+
+QString textOf(QWidget* screen, const QString& name) {
+    QWidget* w = control(screen, name);
+    if (auto* c = qobject_cast<QComboBox*>(w))
+        return c->currentText();
+    return qobject_cast<QLineEdit*>(w)->text();
+}
+
+// Into a field as a click would, replace its text by typing, leave with Enter (a Tab here).
+void typeInto(QWidget* screen, const QString& name, const QString& keys) {
+    QWidget* w = control(screen, name);
+    w->setFocus(Qt::MouseFocusReason);
+    if (auto* c = qobject_cast<QComboBox*>(w))
+        c->lineEdit()->selectAll();
+    else
+        qobject_cast<QLineEdit*>(w)->selectAll();
+    QTest::keyClick(w, Qt::Key_Backspace);
+    QTest::keyClicks(w, keys);
+    QTest::keyClick(w, Qt::Key_Return);
+}
+
+// A cell typed as the clerk does: the first key opens the editor, Enter commits.
+void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
+    // A box that was answered may have left the screen without an active window.
+    QApplication::setActiveWindow(grid->window());
+    grid->setFocus(Qt::MouseFocusReason);
+    grid->setCurrentIndex(grid->lines()->index(row, column));
+    QTest::keyClick(grid, Qt::Key_F2);
+    QWidget* editor = QApplication::focusWidget();
+    if (auto* line = qobject_cast<QLineEdit*>(editor))
+        line->selectAll();
+    else if (auto* combo = qobject_cast<QComboBox*>(editor))
+        combo->lineEdit()->selectAll();
+    QTest::keyClicks(editor, keys);
+    QTest::keyClick(editor, Qt::Key_Return);
+}
+
+// Leaves a refused cell as the clerk does, with Escape in its editor.
+void escapeCell(LineGrid* grid, const char* editorName) {
+    QWidget* editor = grid->findChild<QWidget*>(QString::fromLatin1(editorName));
+    QTest::keyClick(editor && editor->isVisible() ? editor : static_cast<QWidget*>(grid),
+                    Qt::Key_Escape);
+}
+
+void typeLine(LineGrid* grid, int row, const QStringList& cells) {
+    // Vehicle, class, type, qty, bag weight, per bag, other.
+    const int columns[] = {ColVehicleNo, ColClass, ColType, ColQty, ColBags, ColPerBag, ColOther};
+    for (int i = 0; i < cells.size(); ++i)
+        if (!cells[i].isNull())
+            typeCell(grid, row, columns[i], cells[i]);
+}
+
+void ctrl(QWidget* screen, Qt::Key key) {
+    QApplication::setActiveWindow(screen);
+    QWidget* target = QApplication::focusWidget();
+    if (!target || target->window() != screen)
+        target = screen;
+    QTest::keyClick(target, key, Qt::ControlModifier);
+}
+
+// Saves with Ctrl+S, answering the save question Yes and the print question `print`.
+void saveByKeys(QWidget* screen, Modals& m, QMessageBox::StandardButton print = QMessageBox::No) {
+    m.answer(QMessageBox::Yes).answer(print);
+    ctrl(screen, Qt::Key_S);
+}
+
+HostSettingsValues settings() {
+    HostSettingsValues v;
+    v.DFCAccountNo = QString::fromLatin1(kDfcAccount);
+    v.HeaderLine1 = QStringLiteral("Pak Flour Mills");
+    v.HeaderLine2 = QStringLiteral("Okara Road");
+    v.HeaderLine3Main = QStringLiteral("Ph 044-2620011");
+    v.HeaderEmail = QStringLiteral("office@pakflour.example");
+    return v;
+}
+
+QString nameOfKey(LookupCombo* combo, const QString& key) {
+    for (const LookupItem& item : combo->items())
+        if (item.key == key)
+            return item.name;
+    return {};
+}
+
+qint64 count(const Conn& conn, const char* sql, std::initializer_list<QVariant> binds = {}) {
+    return toInt(scalar(conn, QString::fromLatin1(sql), binds));
+}
+
+} // namespace
+
+class TestArrivalScreen : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void freeArrivalOfThreeVehicles();
+    void arrivalAgainstAContract();
+    void arrivalThroughAPRCentre();
+    void openEditAndRemove();
+    void invoicedArrivalIsRefused();
+    void sameKeyOnTwoScreens();
+
+private:
+    FrmArrivalsRate* showScreen();
+    std::unique_ptr<Conn> m_conn;
+    std::unique_ptr<Forms> m_forms;
+};
+
+void TestArrivalScreen::init() {
+    GM_REQUIRE_ENGINE();
+    m_conn = freshSampleConn();
+    m_forms = std::make_unique<Forms>();
+    m_forms->InitializeClass(*m_conn);
+    m_forms->setHostSettings(std::make_shared<FixedHostSettings>(settings()));
+}
+
+void TestArrivalScreen::cleanup() {
+    m_forms.reset();
+    m_conn.reset();
+}
+
+FrmArrivalsRate* TestArrivalScreen::showScreen() {
+    m_forms->ArrivalForm();
+    auto* screen = qobject_cast<FrmArrivalsRate*>(m_forms->instance(Forms::Screen::Arrivals));
+    if (screen) {
+        QApplication::setActiveWindow(screen);
+        (void)QTest::qWaitForWindowActive(screen);
+    }
+    return screen;
+}
+
+void TestArrivalScreen::freeArrivalOfThreeVehicles() {
+    GM_REQUIRE_ENGINE();
+    const qint64 firstId =
+        toInt(scalar(*m_conn, "SELECT COALESCE(MAX(ArrivalId), 0) + 1 FROM Arrivals"));
+    const double wheatBefore = stockWeight(*m_conn, kWheatLocal);
+    const double bagsBefore = stockBags(*m_conn, 2, 1);
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    QCOMPARE(s->windowTitle(), QStringLiteral("Arrivals"));
+    QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(firstId));
+    QVERIFY(!s->button(Button::Save)->isEnabled());
+
+    auto* commodity = control<LookupCombo>(s, "CboCommodity");
+    typeInto(s, "CboSeller", QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+    typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatLocal)));
+    QCOMPARE(commodity->currentKey(), QString::number(kWheatLocal));
+    QVERIFY(s->button(Button::Save)->isEnabled());
+
+    LineGrid* grid = control<LineGrid>(s, "Grid");
+    LineGridModel* lines = grid->lines();
+    // The commodity's bag went into a first line.
+    QCOMPARE(lines->lineCount(), 1);
+    QCOMPARE(lines->cellText(0, ColType), QStringLiteral("Jute 100 Kg"));
+    QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
+
+    typeLine(grid, 0, {"LHR-1'22", "New", "Jute 100 Kg", "100", "100.5", "0.5", "20"});
+    typeLine(grid, 1, {"OKR-7", "New", "Jute 100 Kg", "50", "100", QString(), QString()});
+    typeLine(grid, 2, {"SWL-3", "Used", "Jute 50 Kg", "20", "50", QString(), "5"});
+    QCOMPARE(lines->lineCount(), 3);
+    QCOMPARE(lines->cellText(0, ColGross), QStringLiteral("10050"));
+    QCOMPARE(lines->cellValue(0, ColNetWeight), 9980.0);
+    QCOMPARE(lines->cellValue(1, ColNetWeight), 5000.0);
+    QCOMPARE(lines->cellValue(2, ColNetWeight), 995.0);
+    QCOMPARE(lines->cellText(0, ColRateUnitId), QStringLiteral("Mound (40)"));
+    QCOMPARE(lines->footerText(ColQty), QStringLiteral("170"));
+    QCOMPARE(lines->footerText(ColNetWeight), QStringLiteral("15975"));
+
+    Modals m;
+    m.answer(QMessageBox::Yes).answer(QMessageBox::Yes).window([](QWidget* w) {
+        auto* viewer = qobject_cast<RptReportViewer*>(w);
+        if (!viewer)
+            return false;
+        viewer->reject();
+        return true;
+    });
+    ctrl(s, Qt::Key_S);
+    QTRY_VERIFY(m.done());
+    QCOMPARE(m.texts(), QStringList({kSaveQuestion, kPrintQuestion}));
+    QCOMPARE(count(*m_conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = ?", {firstId}), 3);
+    QCOMPARE(toDouble(scalar(*m_conn, "SELECT NetWeight FROM ArrivalsBody WHERE VehicleNo = ?",
+                             {QStringLiteral("LHR-1'22")})),
+             9980.0);
+    QCOMPARE(
+        toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {firstId})),
+        QString::fromLatin1(kSeller));
+    QCOMPARE(stockWeight(*m_conn, kWheatLocal), wheatBefore + 15975.0);
+    QCOMPARE(stockBags(*m_conn, 2, 1), bagsBefore + 150.0);
+    // The page printed from the question carries the vehicle with its quote.
+    QCOMPARE(lastShownReport().name, QStringLiteral("CrpArrival"));
+    QCOMPARE(lastShownReport().tables.at(0).rows.at(0).at(0), QStringLiteral("LHR-1'22"));
+    // Back to a new arrival.
+    QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(firstId + 1));
+    QCOMPARE(lines->lineCount(), 0);
+    QVERIFY(!s->button(Button::Save)->isEnabled());
+}
+
+void TestArrivalScreen::arrivalAgainstAContract() {
+    GM_REQUIRE_ENGINE();
+    insertContract(*m_conn, 901, QString::fromLatin1(kSeller), kWheatGovernment);
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    const qint64 id = textOf(s, "TxtArrivalID").toLongLong();
+    typeInto(s, "CboContract", QStringLiteral("901"));
+    QCOMPARE(textOf(s, "CboSeller"), QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+    QCOMPARE(control<LookupCombo>(s, "CboSeller")->currentKey(), QString::fromLatin1(kSeller));
+    QCOMPARE(control<LookupCombo>(s, "CboCommodity")->currentKey(),
+             QString::number(kWheatGovernment));
+    QVERIFY(!control(s, "CboSeller")->isEnabled());
+    QVERIFY(!control(s, "CboCommodity")->isEnabled());
+    QVERIFY(!control(s, "CboPRCenter")->isEnabled());
+
+    LineGrid* grid = control<LineGrid>(s, "Grid");
+    typeLine(grid, 0, {"CTR-1", "New", "PP 100 Kg", "40", "100", QString(), QString()});
+    Modals m;
+    saveByKeys(s, m);
+    QTRY_COMPARE(count(*m_conn, "SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?", {id}), 1);
+    QCOMPARE(count(*m_conn, "SELECT ContractId FROM Arrivals WHERE ArrivalId = ?", {id}), 901);
+    QCOMPARE(toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {id})),
+             QString::fromLatin1(kSeller));
+    // One contract, one arrival: it has left the list, and Clear freed the other fields.
+    QCOMPARE(control<LookupCombo>(s, "CboContract")->findName(QStringLiteral("901")), -1);
+    QVERIFY(control(s, "CboPRCenter")->isEnabled());
+    QVERIFY(control(s, "CboSeller")->isEnabled());
+}
+
+void TestArrivalScreen::arrivalThroughAPRCentre() {
+    GM_REQUIRE_ENGINE();
+    // A centre of its own, so that the quota is exactly what its letters say.
+    execute(*m_conn, "INSERT INTO PRCenters (CenterId, CenterName) VALUES (90, 'PR Centre Test')");
+    insertDfcPayment(*m_conn, 901, kWheatGovernment, 3900, 80, 2,
+                     {{"P-900", 90, 300, 30000}, {"P-901", 90, 200, 20000}});
+    insertDfcPayment(*m_conn, 902, kWheatGovernment, 4200, 95, 3, {{"P-902", 90, 100, 10000}});
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    const qint64 id = textOf(s, "TxtArrivalID").toLongLong();
+    auto* commodity = control<LookupCombo>(s, "CboCommodity");
+    typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatGovernment)));
+    typeInto(s, "CboPRCenter", QStringLiteral("PR Centre Test"));
+    QCOMPARE(textOf(s, "CboSeller"), QStringLiteral("District Food Controller-Okara"));
+    QVERIFY(!control(s, "CboSeller")->isEnabled());
+    QVERIFY(!control(s, "CboContract")->isEnabled());
+    QCOMPARE(textOf(s, "TxtRemainingBags"), QStringLiteral("600"));
+    QCOMPARE(textOf(s, "TxtRemainingWeight"), QStringLiteral("60000"));
+
+    typeInto(s, "CboPermitNo", QStringLiteral("P-900"));
+    LineGrid* grid = control<LineGrid>(s, "Grid");
+    LineGridModel* lines = grid->lines();
+    // Averaged per letter over the centre: (3900 + 3900 + 4200) / 3 and (80 + 80 + 95) / 3,
+    // in the unit of the first payment found.
+    QCOMPARE(lines->cellText(0, ColRateUnit), QStringLiteral("4000"));
+    QCOMPARE(lines->cellText(0, ColBagRate), QStringLiteral("85"));
+    QCOMPARE(lines->cellText(0, ColRateUnitId), QStringLiteral("Mound (40)"));
+    QCOMPARE(lines->cellText(0, ColWeighInKgs), QStringLiteral("40"));
+
+    typeCell(grid, 0, ColVehicleNo, QStringLiteral("DFC-1"));
+    typeCell(grid, 0, ColClass, QStringLiteral("New"));
+    {
+        Modals m;
+        m.answer(QMessageBox::Ok).answer(QMessageBox::No);
+        typeCell(grid, 0, ColQty, QStringLiteral("601"));
+        QTRY_VERIFY(m.done());
+        QCOMPARE(m.texts(), QStringList({kQuotaNotice, kQuotaQuestion}));
+        QCOMPARE(m.seen().at(1).icon, QMessageBox::Information);
+        QCOMPARE(lines->cellText(0, ColQty), QString());
+        escapeCell(grid, "TxtQty");
+    }
+    {
+        Modals m;
+        m.answer(QMessageBox::Ok).answer(QMessageBox::Yes);
+        typeCell(grid, 0, ColQty, QStringLiteral("601"));
+        QTRY_VERIFY(m.done());
+        QCOMPARE(lines->cellText(0, ColQty), QStringLiteral("601"));
+    }
+    {
+        Modals m;
+        m.answer(QMessageBox::Ok);
+        typeCell(grid, 0, ColBags, QStringLiteral("60001"));
+        QTRY_VERIFY(m.done());
+        QCOMPARE(m.texts(),
+                 QStringList({"Weight must be greator then 0 and less then remaining Weight."}));
+        QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
+        escapeCell(grid, "TxtBags");
+    }
+    Modals m;
+    saveByKeys(s, m);
+    QTRY_VERIFY(m.done());
+    QCOMPARE(toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {id})),
+             QString::fromLatin1(kDfcAccount));
+    QCOMPARE(toText(scalar(*m_conn, "SELECT PermitNo FROM Arrivals WHERE ArrivalId = ?", {id})),
+             QStringLiteral("P-900"));
+    QCOMPARE(count(*m_conn, "SELECT CenterId FROM Arrivals WHERE ArrivalId = ?", {id}), 90);
+    // 4000 a mound of 40 kg is 100 a kilogram.
+    QCOMPARE(toDouble(scalar(*m_conn, "SELECT Cost FROM ArrivalsBody WHERE ArrivalId = ?", {id})),
+             100.0);
+}
+
+void TestArrivalScreen::openEditAndRemove() {
+    GM_REQUIRE_ENGINE();
+    ArrivalStore store(*m_conn);
+    const int id = store.nextArrivalId();
+    const double before = stockWeight(*m_conn, kWheatLocal);
+    store.save(freeArrival(id, {vehicle("E-1", 100, 100), vehicle("E-2", 10, 100)}), true);
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    s->setArrivalSearch([id](QWidget*) { return id; });
+    ctrl(s, Qt::Key_O);
+    LineGridModel* lines = control<LineGrid>(s, "Grid")->lines();
+    QCOMPARE(lines->lineCount(), 2);
+    QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(id));
+    QVERIFY(!control(s, "TxtArrivalID")->isEnabled());
+    QVERIFY(s->button(Button::Remove)->isEnabled());
+
+    // A key arms Save; the saved arrival's lines are replaced and the stock follows.
+    typeCell(control<LineGrid>(s, "Grid"), 1, ColQty, QStringLiteral("30"));
+    QVERIFY(s->button(Button::Save)->isEnabled());
+    {
+        Modals m;
+        saveByKeys(s, m);
+        QTRY_VERIFY(m.done());
+    }
+    QCOMPARE(stockWeight(*m_conn, kWheatLocal), before + 13000.0);
+    QCOMPARE(count(*m_conn,
+                   "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ? AND VehicleNo "
+                   "= 'E-2'",
+                   {id}),
+             30);
+
+    ctrl(s, Qt::Key_O);
+    {
+        Modals m;
+        m.answer(QMessageBox::Yes);
+        QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton);
+        QTRY_VERIFY(m.done());
+        QCOMPARE(m.texts(), QStringList({"Are you sure to remove this arrival?"}));
+    }
+    QCOMPARE(count(*m_conn, "SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?", {id}), 0);
+    QCOMPARE(stockWeight(*m_conn, kWheatLocal), before);
+    QVERIFY(!s->button(Button::Remove)->isEnabled());
+    QVERIFY(!s->button(Button::Print)->isEnabled());
+}
+
+void TestArrivalScreen::invoicedArrivalIsRefused() {
+    GM_REQUIRE_ENGINE();
+    ArrivalStore store(*m_conn);
+    const int id = store.nextArrivalId();
+    store.save(freeArrival(id, {vehicle("I-1", 100, 100)}), true);
+    const qint64 purchase =
+        1 + count(*m_conn, "SELECT COALESCE(MAX(PurchaseId), 0) FROM Purchases");
+    invoiceVehicle(*m_conn, int(purchase), id, QStringLiteral("I-1"), kWheatLocal);
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    s->setArrivalSearch([id](QWidget*) { return id; });
+    {
+        Modals m;
+        m.answer(QMessageBox::Ok);
+        ctrl(s, Qt::Key_O);
+        QTRY_VERIFY(m.done());
+        QCOMPARE(m.texts(), QStringList({QStringLiteral("This arrival is not editable because it "
+                                                        "has been used in Purchase Invoice No.(") +
+                                         QString::number(purchase) + QLatin1Char(')')}));
+        QCOMPARE(m.seen().at(0).icon, QMessageBox::Warning);
+    }
+    QVERIFY(!s->button(Button::Remove)->isEnabled());
+    typeCell(control<LineGrid>(s, "Grid"), 0, ColQty, QStringLiteral("5"));
+    Modals m;
+    m.answer(QMessageBox::Yes).answer(QMessageBox::Ok);
+    ctrl(s, Qt::Key_S);
+    QTRY_VERIFY(m.done());
+    QCOMPARE(m.texts().last(), kArrivalUpdateRefusal);
+    QCOMPARE(count(*m_conn, "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ?", {id}), 100);
+    QVERIFY(s->button(Button::Save)->isEnabled()); // the entries stay for another try
+}
+
+void TestArrivalScreen::sameKeyOnTwoScreens() {
+    GM_REQUIRE_ENGINE();
+    FrmArrivalsRate* first = showScreen();
+    QVERIFY(first);
+    FrmArrivalsRate second(m_forms->context());
+    second.show();
+    const QString key = textOf(first, "TxtArrivalID");
+    QCOMPARE(textOf(&second, "TxtArrivalID"), key);
+    const auto fill = [](FrmArrivalsRate* s, const QString& vehicleNo) {
+        QApplication::setActiveWindow(s);
+        typeInto(s, "CboSeller", QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+        auto* commodity = control<LookupCombo>(s, "CboCommodity");
+        typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatLocal)));
+        typeLine(control<LineGrid>(s, "Grid"), 0,
+                 {vehicleNo, "New", "Jute 100 Kg", "10", "100", QString(), QString()});
+    };
+    fill(first, QStringLiteral("FIRST"));
+    fill(&second, QStringLiteral("SECOND"));
+    {
+        Modals m;
+        saveByKeys(first, m);
+        QTRY_VERIFY(m.done());
+    }
+    {
+        Modals m;
+        m.answer(QMessageBox::Yes).answer(QMessageBox::Ok);
+        ctrl(&second, Qt::Key_S);
+        QTRY_VERIFY(m.done());
+        QCOMPARE(m.texts().last(), QStringLiteral("The Arrival ID already exists. A new ID has "
+                                                  "been generated. Please save your record again"));
+    }
+    const QString newKey = textOf(&second, "TxtArrivalID");
+    QCOMPARE(newKey.toLongLong(), key.toLongLong() + 1);
+    QCOMPARE(second.OpenedDocumentId, newKey.toInt());
+    {
+        Modals m;
+        saveByKeys(&second, m);
+        QTRY_VERIFY(m.done());
+    }
+    QCOMPARE(toText(scalar(*m_conn, "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?",
+                           {key.toInt()})),
+             QStringLiteral("FIRST"));
+    QCOMPARE(toText(scalar(*m_conn, "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?",
+                           {newKey.toInt()})),
+             QStringLiteral("SECOND"));
+    QCOMPARE(count(*m_conn, "SELECT IsPosted FROM Arrivals WHERE ArrivalId = ?", {key.toInt()}), 1);
+}
+
+QTEST_MAIN(TestArrivalScreen)
+#include "tst_arrival_screen.moc"
