@@ -59,24 +59,6 @@ private Q_SLOTS:
     void documentsAreAccepted() {
         GM_REQUIRE_ENGINE();
         const Conn& c = docs();
-        struct Expect {
-            const char* table;
-            int rows;
-        };
-        for (const Expect& e : {Expect{"PContracts", 1},
-                                {"Arrivals", 2},
-                                {"ArrivalsBody", 3},
-                                {"Purchases", 1},
-                                {"PurchaseBody", 1},
-                                {"DFCPayments", 1},
-                                {"AuthorityLetters", 3},
-                                {"DailyProduction", 1},
-                                {"Consumption", 1},
-                                {"Production", 1},
-                                {"HourlyProduction", 1},
-                                {"HProductionBody", 1}})
-            QCOMPARE(toInt(scalar(c, QStringLiteral("SELECT COUNT(*) FROM %1").arg(e.table))),
-                     qint64(e.rows));
         // Lines of production and hourly records get their own keys when none is given.
         QVERIFY(!scalar(c, QStringLiteral("SELECT ConsumptionId FROM Consumption")).isNull());
         QVERIFY(
@@ -107,18 +89,9 @@ private Q_SLOTS:
         row("arrival against an unknown permit", {},
             "INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId, PermitNo) "
             "VALUES (3, '2026-11-02', 1, '6100001', 'P-999')");
-        row("arrival of an unknown seller", {},
-            "INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId) "
-            "VALUES (3, '2026-11-02', 1, '6999999')");
-        row("invoice of an unknown contract", {},
-            "INSERT INTO Purchases (PurchaseId, PurchaseDate, ContractId, SellerId) "
-            "VALUES (2, '2026-11-02', 99, '6100001')");
         row("invoice line for a vehicle that never arrived", {},
             "INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, CommodityId) "
             "VALUES (1, 1, 'NEVER-1', 1)");
-        row("invoice line without its invoice", {},
-            "INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, CommodityId) "
-            "VALUES (9, 1, 'LES-77', 1)");
         row("second invoice line for the same vehicle",
             {"INSERT INTO Purchases (PurchaseId, PurchaseDate, SellerId) VALUES (2, '2026-11-03', "
              "'6100001')"},
@@ -130,29 +103,17 @@ private Q_SLOTS:
             {"INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId) VALUES (2, "
              "'2026-11-03', 2)"},
             "INSERT INTO AuthorityLetters (PaymentId, PermitNo) VALUES (2, 'P-100')");
-        row("letter without its payment", {},
-            "INSERT INTO AuthorityLetters (PaymentId, PermitNo) VALUES (9, 'P-900')");
         row("consumption of a day never saved", {},
             "INSERT INTO Consumption (ProductionDate, ProcessId, CommodityId) VALUES "
             "('2026-11-03', 1, 1)");
-        row("production of a day never saved", {},
-            "INSERT INTO Production (ProductionDate, ProcessId, CommodityId) VALUES "
-            "('2026-11-02', 2, 4)");
-        row("day of an unknown process", {},
-            "INSERT INTO DailyProduction (ProductionDate, ProcessId) VALUES ('2026-11-03', 9)");
         row("second save of a day and process", {},
             "INSERT INTO DailyProduction (ProductionDate, ProcessId) VALUES ('2026-11-02', 1)");
         row("hourly line without its record", {},
             "INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (9, 4)");
         row("line of an unknown commodity", {},
             "INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo) VALUES (1, 99, 'X-2')");
-        row("line of an unknown bag kind", {},
-            "INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo, BagsTypeId, BagsClassId) "
-            "VALUES (1, 1, 'X-3', 99, 1)");
         row("party without an account", {},
             "INSERT INTO Parties (PartyId, IsSeller) VALUES ('6999999', 1)");
-        row("ledger entry of an unknown account", {},
-            "INSERT INTO LedgerEntries (AccountNo, EntryDate) VALUES ('6999999', '2026-11-02')");
         row("removing an arrival that still has vehicles", {},
             "DELETE FROM Arrivals WHERE ArrivalId = 2");
         row("removing an invoiced vehicle", {},
@@ -163,9 +124,6 @@ private Q_SLOTS:
             "DELETE FROM AuthorityLetters WHERE PermitNo = 'P-100'");
         row("removing a day that still has lines", {},
             "DELETE FROM DailyProduction WHERE ProcessId = 1");
-        row("removing an invoice that still has lines", {},
-            "DELETE FROM Purchases WHERE PurchaseId = 1");
-        row("removing a commodity in use", {}, "DELETE FROM Commodities WHERE CommodityId = 1");
     }
 
     void refusesOrphansAndDuplicates() {
