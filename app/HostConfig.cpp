@@ -35,7 +35,7 @@ HostConfig::~HostConfig() = default;
 HostSettingsValues HostConfig::defaults(const QDate& today) {
     HostSettingsValues v;
     // The sample mill keeps the food department's account under this number.
-    v.DFCAccountNo = QStringLiteral("6001");
+    v.DFCAccountNo = QStringLiteral("6000001");
     const auto [start, end] = seasonAround(today);
     v.PeriodStart = start;
     v.PeriodEnd = end;

@@ -128,6 +128,7 @@ private Q_SLOTS:
     void processTakesItsComponentsAlong();
     void editorByKeyboard();
     void editorRefusesDeletingUsedRow();
+    void detailListKeepsItsOwnKeys();
 };
 
 void TstMasterData::validationRefuses_data() {
@@ -421,6 +422,39 @@ void TstMasterData::editorRefusesDeletingUsedRow() {
     QCOMPARE(boxes.texts[1],
              QStringLiteral("This commodity cannot be deleted: it is used in (PContracts)."));
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Commodities")), 2);
+}
+
+void TstMasterData::detailListKeepsItsOwnKeys() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
+    MasterDataEditor editor(*conn, spec("processes"));
+    editor.resize(900, 700);
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
+    MasterDataEditor* parts = editor.detail();
+    QVERIFY(parts);
+    QVERIFY(parts->isEnabled());
+
+    // Insert in the components adds a component of the current process, not a process.
+    parts->view()->setFocus();
+    QTest::keyClick(parts->view(), Qt::Key_Insert);
+    auto* commodity = parts->findChild<QComboBox*>(QStringLiteral("CboCommodityId"));
+    QCOMPARE(QApplication::focusWidget(), commodity);
+    QVERIFY(!editor.isDirty());
+    commodity->setCurrentIndex(commodity->findText(QStringLiteral("Bran")));
+    QTest::keyClick(commodity, Qt::Key_Return);
+    QCOMPARE(parts->visibleRowCount(), 1);
+    QCOMPARE(count(*conn,
+                   QStringLiteral("SELECT COUNT(*) FROM ProcessComponents WHERE ProcessId = ? "
+                                  "AND CommodityId = ?"),
+                   {1, 2}),
+             1);
+
+    // A new, unsaved process has no components to edit yet.
+    QTest::keyClick(editor.view(), Qt::Key_Insert);
+    QVERIFY(!parts->isEnabled());
 }
 
 QTEST_MAIN(TstMasterData)
