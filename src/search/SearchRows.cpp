@@ -34,47 +34,38 @@ void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantL
         throw DbError(why, QStringLiteral("Database"));
     }
 
-    std::vector<QVariantList> fields;
-    std::vector<QStringList> texts;
+    std::vector<QVariant> fields;
     const int width = query.record().count();
+    int rows = 0;
     while (query.next()) {
-        QVariantList row;
-        row.reserve(width);
         for (int f = 0; f < width; ++f)
-            row << query.value(f);
-        QStringList shown;
-        shown.reserve(int(m_columns.size()));
-        for (const SearchColumn& c : m_columns) {
-            const QVariant next = c.field + 1 < width ? row[c.field + 1] : QVariant();
-            shown << formatCell(c.format, row[c.field], next);
-        }
-        fields.push_back(std::move(row));
-        texts.push_back(std::move(shown));
+            fields.push_back(query.value(f));
+        ++rows;
     }
     query.finish();
 
     beginResetModel();
     m_fields = std::move(fields);
-    m_texts = std::move(texts);
+    m_width = width;
+    m_rows = rows;
     endResetModel();
 }
 
 void SearchRowsModel::clear() {
     beginResetModel();
     m_fields.clear();
-    m_texts.clear();
+    m_rows = 0;
     endResetModel();
 }
 
 QVariant SearchRowsModel::field(int row, int field) const {
-    if (row < 0 || row >= int(m_fields.size()) || field < 0 ||
-        field >= m_fields[size_t(row)].size())
+    if (row < 0 || row >= m_rows || field < 0 || field >= m_width)
         return {};
-    return m_fields[size_t(row)][field];
+    return m_fields[size_t(row) * size_t(m_width) + size_t(field)];
 }
 
 int SearchRowsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : int(m_texts.size());
+    return parent.isValid() ? 0 : m_rows;
 }
 
 int SearchRowsModel::columnCount(const QModelIndex& parent) const {
@@ -82,10 +73,12 @@ int SearchRowsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SearchRowsModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || index.row() >= int(m_texts.size()))
+    if (!index.isValid() || index.row() >= m_rows)
         return {};
-    if (role == Qt::DisplayRole)
-        return m_texts[size_t(index.row())].value(index.column());
+    if (role == Qt::DisplayRole) {
+        const SearchColumn& c = m_columns[size_t(index.column())];
+        return formatCell(c.format, field(index.row(), c.field), field(index.row(), c.field + 1));
+    }
     if (role == Qt::TextAlignmentRole) {
         const CellFormat f = m_columns[size_t(index.column())].format;
         const bool numeric = f == CellFormat::Number || f == CellFormat::Fixed;

@@ -29,8 +29,10 @@ struct SearchColumn {
     int width;
 };
 
-// The rows of one search: every field as read, and the texts the grid shows. Statements are
-// prepared once per text and reused, since a search runs again on each keystroke.
+// The rows of one search: every field as read, kept in one flat block. A cell's text is made
+// only when the grid asks for it, so a long list costs the reading and nothing more.
+// Statements are prepared once per text and reused, since a search runs again on each
+// keystroke.
 class SearchRowsModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -52,8 +54,9 @@ public:
 
 private:
     std::vector<SearchColumn> m_columns;
-    std::vector<QVariantList> m_fields;
-    std::vector<QStringList> m_texts;
+    std::vector<QVariant> m_fields; // row after row, m_width fields each
+    int m_width = 0;
+    int m_rows = 0;
     std::map<QString, QSqlQuery> m_statements;
     QString m_connection;
 };
