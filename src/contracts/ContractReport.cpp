@@ -52,7 +52,8 @@ Report CrpPurchaseContract(const ContractRecord& r, const HostSettingsValues& se
         field("Delivery in Mill", yesNo(c.isDeliveryInMill), "IsDeliveryInMill"),
         field("Contract Completed", yesNo(c.isCompleted), "IsCompleted"),
     };
-    report.summaryFields = {field("Other Terms", c.otherTerms, "OtherTerms")};
+    // Terms run to any length: as a free line they wrap instead of being cut to a column.
+    report.notes = {QStringLiteral("Other Terms: ") + c.otherTerms};
     return report;
 }
 
