@@ -15,6 +15,7 @@ struct Timing {
     int runs = 0;
     int rows = 0;
     QString error; // the failure or the time limit that stopped it
+    bool timedOut = false;
 };
 
 struct Result {
@@ -30,7 +31,7 @@ struct RunOptions {
     // does not hold the run up for minutes.
     int budgetMs = 15000;
     // A server statement running longer than this is cancelled and reported as such.
-    int statementTimeoutMs = 120000;
+    int statementTimeoutMs = 60000;
 };
 
 std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
