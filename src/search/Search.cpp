@@ -101,34 +101,36 @@ QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
     const QString seller = partyName("sa", "sc");
     const QString broker = partyName("ba", "bc");
     // Each line is valued and rounded on its own before the invoice's lines are added, as
-    // the invoice itself does; a line whose arrival is gone adds nothing.
+    // the invoice itself does; a line whose arrival is gone adds nothing. The sum is taken
+    // per invoice through its key, so the names need no grouping; an invoice without lines
+    // is not listed.
     QString sql =
-        QStringLiteral(
-            "SELECT pu.PurchaseId, pu.PurchaseDate, %1 AS BrokerName, %2 AS SellerName, "
-            "SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit * 1.0 / NULLIF(u.WeightInKgs, 0) "
-            "AS NUMERIC), 2)) AS Value, pu.SellerId "
-            "FROM Purchases pu "
-            "INNER JOIN PurchaseBody pb ON pu.PurchaseId = pb.PurchaseId "
-            "LEFT JOIN Arrivals a ON a.ArrivalId = pb.ArrivalId "
-            "LEFT JOIN Commodities co ON a.CommodityId = co.CommodityId "
-            "LEFT JOIN Units u ON co.RateUnitId = u.UnitId "
-            "LEFT JOIN ChartOfAccounts sa ON sa.AccountNo = pu.SellerId "
-            "LEFT JOIN Parties sp ON sp.PartyId = pu.SellerId "
-            "LEFT JOIN Cities sc ON sc.CityId = sp.CityId "
-            "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = pu.BrokerId "
-            "LEFT JOIN Parties bp ON bp.PartyId = pu.BrokerId "
-            "LEFT JOIN Cities bc ON bc.CityId = bp.CityId")
+        QStringLiteral("SELECT pu.PurchaseId, pu.PurchaseDate, %1 AS BrokerName, %2 AS SellerName, "
+                       "(SELECT SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit * 1.0 / "
+                       "NULLIF(u.WeightInKgs, 0) AS NUMERIC), 2)) "
+                       "FROM PurchaseBody pb "
+                       "LEFT JOIN Arrivals a ON a.ArrivalId = pb.ArrivalId "
+                       "LEFT JOIN Commodities co ON a.CommodityId = co.CommodityId "
+                       "LEFT JOIN Units u ON co.RateUnitId = u.UnitId "
+                       "WHERE pb.PurchaseId = pu.PurchaseId) AS Value, pu.SellerId "
+                       "FROM Purchases pu "
+                       "LEFT JOIN ChartOfAccounts sa ON sa.AccountNo = pu.SellerId "
+                       "LEFT JOIN Parties sp ON sp.PartyId = pu.SellerId "
+                       "LEFT JOIN Cities sc ON sc.CityId = sp.CityId "
+                       "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = pu.BrokerId "
+                       "LEFT JOIN Parties bp ON bp.PartyId = pu.BrokerId "
+                       "LEFT JOIN Cities bc ON bc.CityId = bp.CityId")
             .arg(broker, seller);
     sql += dateRange("pu.PurchaseDate", f, binds);
+    sql += QStringLiteral(
+        " AND EXISTS (SELECT 1 FROM PurchaseBody pl WHERE pl.PurchaseId = pu.PurchaseId)");
     if (!f.name.isEmpty())
         sql += nameCondition(conn, seller, containing(f.name), binds);
     if (f.byId) {
         sql += QStringLiteral(" AND pu.PurchaseId = ?");
         binds << f.id;
     }
-    return sql + QStringLiteral(" GROUP BY pu.PurchaseId, pu.PurchaseDate, pu.SellerId, "
-                                "pu.BrokerId, sa.AccountName, sc.CityName, ba.AccountName, "
-                                "bc.CityName ORDER BY pu.PurchaseId DESC");
+    return sql + QStringLiteral(" ORDER BY pu.PurchaseId DESC");
 }
 
 QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
