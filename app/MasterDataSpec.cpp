@@ -81,6 +81,7 @@ std::vector<TableSpec> build() {
                     buyer,  broker};
         t.fields[1].unique = false; // two parties of one name are told apart by their city
         t.orderBy = QStringLiteral("AccountName");
+        t.childColumn = QStringLiteral("ParentAccountNo");
         all.push_back(t);
     }
     {
@@ -97,7 +98,7 @@ std::vector<TableSpec> build() {
                     lookup("ParentAccountNo", "Parent account", kAccountList, false),
                     flag("IsEditable", "Editable")};
         t.orderBy = QStringLiteral("AccountNo");
-        // A party's account goes with its party: the party list removes both together.
+        t.childColumn = QStringLiteral("ParentAccountNo");
         all.push_back(t);
     }
     {

@@ -51,6 +51,9 @@ struct TableSpec {
     QString parentColumn; // detail lists: the column holding the parent row's key
     // Tables that are written together with this one and so must not stop its removal.
     QStringList ownedBy;
+    // A column of the same table naming a row above (an account's parent): a row that others
+    // hang under is in use even though no foreign key says so.
+    QString childColumn;
 
     int fieldIndex(const QString& column) const;
     std::vector<int> keyFields() const;

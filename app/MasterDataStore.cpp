@@ -392,6 +392,13 @@ QString MasterDataStore::referencedBy(const RowValues& row) const {
         if (!hit.isEmpty())
             return hit;
     }
+    if (!m_spec.childColumn.isEmpty()) {
+        const auto keys = m_spec.keyFields();
+        const QString sql = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 = ?")
+                                .arg(m_spec.table, m_spec.childColumn);
+        if (toInt(scalar(m_conn, sql, {key.front().value})) > 0)
+            return m_spec.table;
+    }
     QStringList exclusions = m_spec.ownedBy;
     if (!m_spec.secondaryTable.isEmpty())
         exclusions << m_spec.secondaryTable;

@@ -286,6 +286,10 @@ void TstMasterData::usedRowCannotBeDeleted_data() {
         << "accounts"
         << "AccountNo"
         << "6001" << false << "This account cannot be deleted: it is used in (Parties).";
+    QTest::newRow("account with accounts under it")
+        << "accounts"
+        << "AccountNo"
+        << "6" << false << "This account cannot be deleted: it is used in (ChartOfAccounts).";
 }
 
 void TstMasterData::usedRowCannotBeDeleted() {
