@@ -133,9 +133,8 @@ std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
             // The old statements were not written for this much data; a server cancels one
             // that runs away rather than leaving the run stuck.
             if (pg)
-                execute(
-                    conn,
-                    QStringLiteral("SET statement_timeout = %1").arg(options.statementTimeoutMs));
+                plain(conn,
+                      QStringLiteral("SET statement_timeout = %1").arg(options.statementTimeoutMs));
             sqlite3* lite = pg ? nullptr : sqliteHandle(conn);
             SqliteDeadline deadline;
             if (lite) {
