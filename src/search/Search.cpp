@@ -22,6 +22,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <cmath>
 #include <vector>
 
 namespace gm {
@@ -31,7 +32,7 @@ struct SearchFilters {
     QDate from;
     QDate to;
     bool byId = false;
-    qint64 id = 0;
+    QVariant id; // a whole number, or the fraction typed, which no key equals
     QString name;
 };
 
@@ -407,7 +408,8 @@ void DocumentSearch::RunSearch() {
     if (m_filterId && !m_filterId->text().isEmpty()) {
         // The number the text begins with: "12ab" looks for 12, letters alone for 0.
         f.byId = true;
-        f.id = qint64(leadingNumber(m_filterId->text()));
+        const double typed = leadingNumber(m_filterId->text());
+        f.id = typed == std::trunc(typed) ? QVariant(qint64(typed)) : QVariant(typed);
     }
     if (m_filter)
         f.name = m_filter->text();

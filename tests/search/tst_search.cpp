@@ -159,6 +159,8 @@ private Q_SLOTS:
                                                      << "" << -365 << QStringList{"12"};
         QTest::newRow("id with trailing letters") << ""
                                                   << "12ab" << -365 << QStringList{"12"};
+        QTest::newRow("a fraction matches no key") << ""
+                                                   << "12.5" << -365 << QStringList{};
         QTest::newRow("letters alone look for 0") << ""
                                                   << "ab" << -365 << QStringList{};
         QTest::newRow("name and id together") << "ali"
