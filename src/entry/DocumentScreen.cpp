@@ -291,6 +291,13 @@ bool DocumentScreen::runContractSearch(LookupCombo* combo) {
 
 void DocumentScreen::tabForward() {
     QWidget* focus = QApplication::focusWidget();
+    // A combo settles what was typed (closing its completion list) before focus leaves it.
+    for (QWidget* p = focus; p && p != this; p = p->parentWidget()) {
+        if (auto* combo = qobject_cast<LookupCombo*>(p)) {
+            combo->settleTypedText();
+            break;
+        }
+    }
     bool inGrid = false;
     for (QWidget* p = focus; p && p != this; p = p->parentWidget()) {
         if (qobject_cast<QAbstractItemView*>(p)) {
@@ -340,12 +347,17 @@ bool DocumentScreen::eventFilter(QObject* watched, QEvent* event) {
     auto* w = qobject_cast<QWidget*>(watched);
     if (!w || w->window() != this)
         return false;
+    auto* key = static_cast<QKeyEvent*>(event);
     // An ignored key travels on to the parents of its receiver; it is handled once.
-    if (event == m_seenKey)
+    if (event == m_seenKey && key->key() == m_seenCode && key->modifiers() == m_seenModifiers &&
+        m_seenReceiver && m_seenReceiver != w && w->isAncestorOf(m_seenReceiver))
         return false;
     m_seenKey = event;
+    m_seenCode = key->key();
+    m_seenModifiers = key->modifiers();
+    m_seenReceiver = w;
     bool swallow = false;
-    guard([&] { swallow = handleKey(w, static_cast<QKeyEvent*>(event)); });
+    guard([&] { swallow = handleKey(w, key); });
     return swallow;
 }
 

@@ -175,7 +175,11 @@ private:
     std::map<Button, QPushButton*> m_buttons;
     PartySearch m_partySearch;
     ContractSearch m_contractSearch;
-    const QEvent* m_seenKey = nullptr; // the press being propagated to parents
+    // The press last handled, to know it again when it travels on to the receiver's parents.
+    const QEvent* m_seenKey = nullptr;
+    int m_seenCode = 0;
+    Qt::KeyboardModifiers m_seenModifiers;
+    QPointer<QWidget> m_seenReceiver;
     bool m_synthesizing = false;
 };
 

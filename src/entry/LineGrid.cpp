@@ -123,12 +123,17 @@ void LineGridModel::clearLines() {
 
 int LineGridModel::addLine() {
     const int row = lineCount();
-    beginInsertRows({}, row, row);
+    // The empty new-line row turns into this line and a fresh one follows it, so a cursor
+    // standing in the new-line row stays on the line being typed.
+    const int inserted = m_allowAdding ? row + 1 : row;
+    beginInsertRows({}, inserted, inserted);
     QStringList empty;
     for (size_t i = 0; i < m_columns.size(); ++i)
         empty.append(QString());
     m_rows.push_back(empty);
     endInsertRows();
+    if (m_allowAdding)
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
     Q_EMIT lineAdded(row);
     return row;
 }
@@ -396,6 +401,16 @@ public:
         model->setData(index, text, Qt::EditRole);
     }
 
+protected:
+    // Runs ahead of the view's own handling, so that Enter and Tab commit through the grid's
+    // refusal-aware path and move to the next editable cell.
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress &&
+            m_grid->editorKey(qobject_cast<QWidget*>(object), static_cast<QKeyEvent*>(event)))
+            return true;
+        return QStyledItemDelegate::eventFilter(object, event);
+    }
+
 private:
     LineGrid* m_grid;
 };
@@ -540,31 +555,32 @@ void LineGrid::keyPressEvent(QKeyEvent* event) {
 }
 
 void LineGrid::watchEditor(QWidget* editor) {
-    editor->installEventFilter(this);
     if (auto* combo = qobject_cast<QComboBox*>(editor); combo && combo->lineEdit())
         combo->lineEdit()->installEventFilter(this);
 }
 
+bool LineGrid::editorKey(QWidget* editor, QKeyEvent* event) {
+    const int key = event->key();
+    const bool commitKey = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab;
+    if (!commitKey || event->modifiers() != Qt::NoModifier || !editor ||
+        !editor->property("gmColumn").isValid())
+        return false;
+    if (commitEditor(editor)) {
+        QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+        if (!moveToNextCell() && key == Qt::Key_Tab)
+            focusNextChild();
+        else
+            setFocus();
+    }
+    return true;
+}
+
 bool LineGrid::eventFilter(QObject* watched, QEvent* event) {
+    // A combo's line edit types for its combo, which is the editor.
     if (event->type() == QEvent::KeyPress) {
-        auto* ke = static_cast<QKeyEvent*>(event);
-        const int key = ke->key();
-        const bool commitKey = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab;
-        QWidget* editor = qobject_cast<QWidget*>(watched);
-        // The combo's line edit reports for its combo.
-        if (editor && !editor->property("gmColumn").isValid() && editor->parentWidget())
-            editor = editor->parentWidget();
-        if (commitKey && editor && editor->property("gmColumn").isValid() &&
-            ke->modifiers() == Qt::NoModifier) {
-            if (commitEditor(editor)) {
-                QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
-                if (!moveToNextCell() && key == Qt::Key_Tab)
-                    focusNextChild();
-                else
-                    setFocus();
-            }
+        auto* line = qobject_cast<QLineEdit*>(watched);
+        if (line && editorKey(line->parentWidget(), static_cast<QKeyEvent*>(event)))
             return true;
-        }
     }
     return QTableView::eventFilter(watched, event);
 }

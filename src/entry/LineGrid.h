@@ -201,6 +201,8 @@ private:
     QModelIndex nextEditable(const QModelIndex& from) const;
     QModelIndex previousEditable(const QModelIndex& from) const;
     bool commitEditor(QWidget* editor);
+    // Enter or Tab in an in-cell editor: commit and move on; true when the key was used.
+    bool editorKey(QWidget* editor, QKeyEvent* event);
     friend class GridDelegate;
     void watchEditor(QWidget* editor);
 

@@ -1,0 +1,412 @@
+#include "BoxAnswerer.h"
+
+#include "datastore/Sql.h"
+#include "entry/DocumentScreen.h"
+#include "entry/Fields.h"
+#include "entry/LineGrid.h"
+#include "entry/LookupCombo.h"
+#include "entry/Messages.h"
+#include "search/Search.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace gm;
+using gm::test::BoxAnswerer;
+
+namespace {
+
+// A small document screen on the frame: a few fields of each kind and a grid.
+class TestScreen : public DocumentScreen {
+public:
+    TestScreen(const Context& ctx, ScreenTraits traits) : DocumentScreen(ctx, std::move(traits)) {
+        auto* layout = new QGridLayout(this);
+        date = new DateEdit(QStringLiteral("DtpDate"), this);
+        text = new QLineEdit(this);
+        text->setObjectName(QStringLiteral("TxtName"));
+        seller = new LookupCombo(QStringLiteral("CboSeller"), this);
+        seller->setItems({{QStringLiteral("Akbar Traders-Okara"), QStringLiteral("A1")},
+                          {QStringLiteral("Bashir Sons-Multan"), QStringLiteral("B2")}});
+        number = new NumberEdit(QStringLiteral("TxtAmount"), this);
+        check = new QCheckBox(QStringLiteral("Done"), this);
+        check->setObjectName(QStringLiteral("ChkDone"));
+        grid = new LineGrid(QStringLiteral("Grid"), this);
+        grid->setColumns({GridColumn::text(QStringLiteral("Vehicle No")),
+                          GridColumn::number(QStringLiteral("Qty"))});
+        layout->addWidget(date, 0, 0);
+        layout->addWidget(text, 1, 0);
+        layout->addWidget(seller, 2, 0);
+        layout->addWidget(number, 3, 0);
+        layout->addWidget(check, 4, 0);
+        layout->addWidget(grid->panel(), 5, 0);
+        layout->addWidget(buttonRow(), 6, 0);
+        setPartySearch([this](QWidget*) {
+            ++searches;
+            return party;
+        });
+        SetScreenMode(1);
+    }
+
+    DateEdit* date;
+    QLineEdit* text;
+    LookupCombo* seller;
+    NumberEdit* number;
+    QCheckBox* check;
+    LineGrid* grid;
+    PartyChoice party;
+    int saves = 0;
+    int opens = 0;
+    int searches = 0;
+    std::vector<int> modes;
+    bool failSave = false;
+
+protected:
+    void modeEntered(int mode) override { modes.push_back(mode); }
+    void saveDocument() override {
+        ++saves;
+        if (failSave)
+            throw DbError(QStringLiteral("The row could not be written."),
+                          QStringLiteral("Microsoft OLE DB"));
+    }
+    void openDocument() override { ++opens; }
+};
+
+ScreenTraits contractLike() {
+    ScreenTraits t;
+    t.objectName = QStringLiteral("FrmTest");
+    t.caption = QStringLiteral("Test");
+    t.partySearchCombos = {QStringLiteral("CboSeller")};
+    t.focusAfterClear = {QStringLiteral("DtpDate")};
+    return t;
+}
+
+} // namespace
+
+class TstFrame : public QObject {
+    Q_OBJECT
+private:
+    Context m_ctx;
+    std::unique_ptr<TestScreen> m_screen;
+
+    TestScreen* open(ScreenTraits traits = contractLike()) {
+        m_screen = std::make_unique<TestScreen>(m_ctx, std::move(traits));
+        m_screen->show();
+        if (!QTest::qWaitForWindowActive(m_screen.get()))
+            return nullptr;
+        return m_screen.get();
+    }
+    static void focus(QWidget* w) {
+        w->setFocus(Qt::OtherFocusReason);
+        QTRY_VERIFY(w->hasFocus());
+    }
+
+private Q_SLOTS:
+    void cleanup() {
+        if (m_screen) {
+            m_screen->SetScreenMode(1); // nothing pending, so closing asks nothing
+            m_screen.reset();
+        }
+    }
+
+    void buttonsFollowTheModeTable() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        auto on = [s](const char* name) {
+            return s->findChild<QPushButton*>(QLatin1String(name))->isEnabled();
+        };
+        QCOMPARE(s->findChild<QPushButton*>(QStringLiteral("BtnSave"))->text(),
+                 QStringLiteral("Save"));
+        QVERIFY(on("BtnOpen") && on("BtnClear") && !on("BtnSave") && !on("BtnPrint") &&
+                !on("BtnRemove"));
+        s->SetScreenMode(2);
+        QVERIFY(!on("BtnOpen") && on("BtnClear") && on("BtnSave") && !on("BtnPrint") &&
+                !on("BtnRemove"));
+        s->SetScreenMode(3);
+        QVERIFY(on("BtnOpen") && on("BtnClear") && !on("BtnSave") && on("BtnPrint") &&
+                on("BtnRemove"));
+        QCOMPARE(s->modes, (std::vector<int>{1, 2, 3}));
+    }
+
+    void ctrlSWithSaveOffAsksNothing() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        BoxAnswerer boxes(QMessageBox::Yes);
+        QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
+        QTest::qWait(50);
+        QCOMPARE(boxes.count(), 0);
+        QCOMPARE(s->saves, 0);
+    }
+
+    void ctrlSAsksBeforeSaving() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_X);
+        QVERIFY(s->button(Button::Save)->isEnabled());
+        {
+            BoxAnswerer boxes(QMessageBox::No);
+            QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
+            QCOMPARE(boxes.count(), 1);
+            QCOMPARE(boxes.last().text, QStringLiteral("Are you sure to save this invoice?"));
+            QCOMPARE(boxes.last().title, QStringLiteral("Alert"));
+            QCOMPARE(boxes.last().icon, QMessageBox::Question);
+            QCOMPARE(s->saves, 0);
+        }
+        BoxAnswerer boxes(QMessageBox::Yes);
+        QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(s->saves, 1);
+    }
+
+    void ctrlLClearsAtOnceWhenNothingPending() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        s->text->setText(QStringLiteral("kept?"));
+        s->seller->setText(QStringLiteral("Akbar Traders-Okara"));
+        focus(s->number);
+        BoxAnswerer boxes(QMessageBox::No);
+        QTest::keyClick(s->number, Qt::Key_L, Qt::ControlModifier);
+        QTest::qWait(30);
+        QCOMPARE(boxes.count(), 0);
+        QCOMPARE(s->text->text(), QString());
+        QCOMPARE(s->seller->text(), QString());
+        QCOMPARE(s->seller->count(), 2); // lists stay
+        QVERIFY(s->date->hasFocus());
+    }
+
+    void ctrlLAsksEachScreensQuestion_data() {
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<int>("icon");
+        QTest::newRow("invoice") << "Are U Sure To Clear This Invoice ?"
+                                 << "Confirmation" << int(QMessageBox::Warning);
+        QTest::newRow("contract") << "Are you sure to clear this invoice?"
+                                  << "Confirmation" << int(QMessageBox::Question);
+        QTest::newRow("others") << "Are you sure to clear the entries?"
+                                << "Alert" << int(QMessageBox::Question);
+    }
+    void ctrlLAsksEachScreensQuestion() {
+        QFETCH(QString, question);
+        QFETCH(QString, title);
+        QFETCH(int, icon);
+        ScreenTraits t = contractLike();
+        t.clearQuestion = question;
+        t.clearTitle = title;
+        t.clearIcon = QMessageBox::Icon(icon);
+        TestScreen* s = open(t);
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClicks(s->text, QStringLiteral("ab"));
+        {
+            BoxAnswerer boxes(QMessageBox::No);
+            QTest::keyClick(s->text, Qt::Key_L, Qt::ControlModifier);
+            QCOMPARE(boxes.count(), 1);
+            QCOMPARE(boxes.last().text, question);
+            QCOMPARE(boxes.last().title, title);
+            QCOMPARE(int(boxes.last().icon), icon);
+            QCOMPARE(boxes.last().buttons, QMessageBox::Yes | QMessageBox::No);
+            QCOMPARE(s->text->text(), QStringLiteral("ab"));
+        }
+        BoxAnswerer boxes(QMessageBox::Yes);
+        QTest::keyClick(s->text, Qt::Key_L, Qt::ControlModifier);
+        QCOMPARE(s->text->text(), QString());
+        QCOMPARE(s->screenMode(), 1);
+    }
+
+    void enterMovesFocusAsTab() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_Return);
+        QTRY_VERIFY(s->seller->hasFocus());
+        // A combo takes the entry its typed prefix names before focus moves on.
+        QTest::keyClicks(s->seller, QStringLiteral("bash"));
+        QTest::keyClick(s->seller, Qt::Key_Return);
+        QTRY_VERIFY(s->number->hasFocus());
+        QCOMPARE(s->seller->currentKey(), QStringLiteral("B2"));
+        // Enter is a consumed key here, so it marks the change.
+        QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
+    }
+
+    void enterInAGridMovesItsCell() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->grid);
+        s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
+        QTest::keyClick(s->grid, 'L');
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("HR-1"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(s->grid->cellText(0, 0), QStringLiteral("LHR-1"));
+        QCOMPARE(s->grid->currentIndex(), s->grid->model()->index(0, 1));
+        QVERIFY(s->grid->hasFocus());
+    }
+
+    void enterLeftToNamedControls() {
+        ScreenTraits t = contractLike();
+        t.enterPassesIn = {QStringLiteral("Grid")};
+        t.topMark = ScreenTraits::TopMark::None;
+        TestScreen* s = open(t);
+        QVERIFY(s);
+        focus(s->grid);
+        s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
+        QTest::keyClick(s->grid, Qt::Key_Return);
+        // The grid's own Enter moved the cell; the screen marked nothing.
+        QCOMPARE(s->grid->currentIndex().column(), 1);
+        QCOMPARE(s->ModeWord, QString());
+        QCOMPARE(s->screenMode(), 1);
+    }
+
+    // Which keys mark the change on a screen that marks once with the word.
+    void keysThatMark_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<bool>("marks");
+        QTest::newRow("letter") << int(Qt::Key_A) << 0 << true;
+        QTest::newRow("home") << int(Qt::Key_Home) << 0 << true;
+        QTest::newRow("delete") << int(Qt::Key_Delete) << 0 << true;
+        QTest::newRow("end") << int(Qt::Key_End) << 0 << false;
+        QTest::newRow("left") << int(Qt::Key_Left) << 0 << false;
+        QTest::newRow("down") << int(Qt::Key_Down) << 0 << false;
+        QTest::newRow("f5") << int(Qt::Key_F5) << 0 << false;
+        QTest::newRow("shift") << int(Qt::Key_Shift) << int(Qt::ShiftModifier) << false;
+        QTest::newRow("ctrl") << int(Qt::Key_Control) << int(Qt::ControlModifier) << false;
+    }
+    void keysThatMark() {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(bool, marks);
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(s->ModeWord == QStringLiteral("ChangeMode"), marks);
+        QCOMPARE(s->button(Button::Save)->isEnabled(), marks);
+        QCOMPARE(s->button(Button::Open)->isEnabled(), !marks);
+    }
+
+    void markingRules() {
+        // Once with the word: a second key does not run the mode again.
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClicks(s->text, QStringLiteral("abc"));
+        QCOMPARE(std::count(s->modes.begin(), s->modes.end(), 2), 1);
+
+        // Every time, without the word.
+        ScreenTraits t = contractLike();
+        t.mark = ScreenTraits::Mark::EveryTime;
+        t.markAfterHandledKeys = false;
+        s = open(t);
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClicks(s->text, QStringLiteral("abc"));
+        QCOMPARE(std::count(s->modes.begin(), s->modes.end(), 2), 3);
+        QCOMPARE(s->ModeWord, QString());
+        // There Enter has a function, so it marks nothing.
+        s->SetScreenMode(1);
+        QTest::keyClick(s->text, Qt::Key_Return);
+        QCOMPARE(s->screenMode(), 1);
+
+        // Every key, the Ctrl key alone included, arms Save.
+        t = contractLike();
+        t.topMark = ScreenTraits::TopMark::EveryKey;
+        s = open(t);
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_Control, Qt::ControlModifier);
+        QVERIFY(s->button(Button::Save)->isEnabled());
+        QCOMPARE(s->ModeWord, QString());
+
+        // Edit controls mark before anything, even on a key that would not.
+        t = contractLike();
+        t.topMark = ScreenTraits::TopMark::EditControls;
+        s = open(t);
+        QVERIFY(s);
+        focus(s->check);
+        QTest::keyClick(s->check, Qt::Key_F5);
+        QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
+    }
+
+    void ctrlOpenOnlyWhereTheScreenHasIt() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_O, Qt::ControlModifier);
+        QCOMPARE(s->opens, 1);
+        QCOMPARE(s->screenMode(), 1); // a command is no change
+
+        ScreenTraits t = contractLike();
+        t.ctrlOpens = false;
+        s = open(t);
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_O, Qt::ControlModifier);
+        QCOMPARE(s->opens, 0);
+    }
+
+    void f1PartySearchFillsTheCombo() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->seller);
+        QTest::keyClick(s->seller, Qt::Key_F1);
+        QCOMPARE(s->searches, 1);
+        QCOMPARE(s->seller->text(), QString());
+        QCOMPARE(s->screenMode(), 1); // nothing chosen, nothing changed
+
+        s->party = {QStringLiteral("B2"), QStringLiteral("Bashir Sons"), QStringLiteral("Multan")};
+        QTest::keyClick(s->seller, Qt::Key_F1);
+        QCOMPARE(s->seller->text(), QStringLiteral("Bashir Sons-Multan"));
+        QCOMPARE(s->seller->currentKey(), QStringLiteral("B2"));
+        QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
+
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_F1);
+        QCOMPARE(s->searches, 2);
+    }
+
+    void closingWithPendingChange() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        focus(s->text);
+        QTest::keyClick(s->text, Qt::Key_X);
+        {
+            BoxAnswerer boxes(QMessageBox::No);
+            QTest::keyClick(s->text, Qt::Key_Q, Qt::ControlModifier);
+            QCOMPARE(boxes.count(), 1);
+            QCOMPARE(boxes.last().text, QStringLiteral("Are you sure to close without save?"));
+            QCOMPARE(boxes.last().title, QStringLiteral("Alert"));
+            QVERIFY(s->isVisible());
+        }
+        BoxAnswerer boxes(QMessageBox::Yes);
+        s->button(Button::Close)->click();
+        QVERIFY(!s->isVisible());
+    }
+
+    void errorsEndInTheErrorBox() {
+        TestScreen* s = open();
+        QVERIFY(s);
+        s->failSave = true;
+        s->SetScreenMode(2);
+        BoxAnswerer boxes(QMessageBox::Ok);
+        s->button(Button::Save)->click();
+        QCOMPARE(boxes.count(), 1);
+        QCOMPARE(boxes.last().text, QStringLiteral("The row could not be written."));
+        QCOMPARE(boxes.last().title, QStringLiteral("Microsoft OLE DB"));
+        QCOMPARE(boxes.last().icon, QMessageBox::Critical);
+        QCOMPARE(boxes.last().buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    }
+
+    void printQuestionDefaultsToNo() {
+        BoxAnswerer boxes(QMessageBox::Yes);
+        QVERIFY(msg::askPrint(nullptr));
+        QCOMPARE(boxes.last().text, QStringLiteral("Do you want to print?"));
+        QCOMPARE(boxes.last().title, QStringLiteral("Confirmation"));
+        QCOMPARE(boxes.last().defaultButton, QMessageBox::No);
+    }
+};
+
+QTEST_MAIN(TstFrame)
+#include "tst_frame.moc"
