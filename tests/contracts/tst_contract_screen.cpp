@@ -88,15 +88,9 @@ void pressSpace(QWidget* screen, const char* name) {
     QTest::keyClick(w, Qt::Key_Space);
 }
 
-// A Ctrl chord as the one key event the screen acts on.
 void ctrl(QWidget* screen, Qt::Key key) {
     QWidget* target = QApplication::focusWidget();
-    if (!target)
-        target = screen;
-    QKeyEvent press(QEvent::KeyPress, key, Qt::ControlModifier);
-    QApplication::sendEvent(target, &press);
-    QKeyEvent release(QEvent::KeyRelease, key, Qt::ControlModifier);
-    QApplication::sendEvent(target, &release);
+    QTest::keyClick(target ? target : screen, key, Qt::ControlModifier);
 }
 
 HostSettingsValues letterhead() {
@@ -121,6 +115,7 @@ private Q_SLOTS:
     void newContractTypedAndSaved();
     void checksStopTheSave();
     void numberTakenByAnotherScreen();
+    void failedWriteKeepsTheEntries();
     void openEditAndSave();
     void removal();
     void printFromScreen();
@@ -342,6 +337,40 @@ void TstContractScreen::numberTakenByAnotherScreen() {
     }
     QCOMPARE(ContractStore(*m_conn).load(id)->contract.partyId, QStringLiteral("6100001"));
     QCOMPARE(ContractStore(*m_conn).load(id + 1)->contract.partyId, QStringLiteral("6100003"));
+}
+
+void TstContractScreen::failedWriteKeepsTheEntries() {
+    GM_REQUIRE_ENGINE();
+    // A seller whose account goes away after it was chosen: the database refuses the row.
+    execute(*m_conn,
+            QStringLiteral("INSERT INTO ChartOfAccounts (AccountNo, AccountName, "
+                           "ParentAccountNo, IsEditable) VALUES ('6999999', 'Gone Traders', '6', "
+                           "1)"));
+    execute(*m_conn, QStringLiteral("INSERT INTO Parties (PartyId, CityId, IsSeller, IsBuyer, "
+                                    "IsBroker) VALUES ('6999999', 1, 1, 0, 0)"));
+    QWidget* s = showScreen();
+    QVERIFY(s);
+    const qint64 before = contractCount(*m_conn);
+    const QString id = text(s, "TxtContractID");
+    typeInto(s, "CboCommodity", "Wheat Local");
+    typeInto(s, "CboSeller", "Gone");
+    typeInto(s, "TxtQuantity", "10");
+    typeInto(s, "CboUnit", "Mound");
+    typeInto(s, "TxtRatePerUnit", "3900");
+    execute(*m_conn, QStringLiteral("DELETE FROM Parties WHERE PartyId = '6999999'"));
+    execute(*m_conn, QStringLiteral("DELETE FROM ChartOfAccounts WHERE AccountNo = '6999999'"));
+
+    ModalAnswers answers;
+    answers.box(QMessageBox::Ok);
+    QTest::mouseClick(qobject_cast<QPushButton*>(control(s, "BtnSave")), Qt::LeftButton);
+    QVERIFY(answers.allAnswered());
+    QCOMPARE(answers.unexpected(), 0);
+    QCOMPARE(answers.boxes()[0].icon, QMessageBox::Critical);
+    QCOMPARE(contractCount(*m_conn), before);
+    QCOMPARE(text(s, "TxtContractID"), id);
+    QVERIFY(text(s, "CboSeller").startsWith("Gone Traders"));
+    QCOMPARE(text(s, "TxtQuantity"), QStringLiteral("10"));
+    QVERIFY(enabled(s, "BtnSave"));
 }
 
 void TstContractScreen::openEditAndSave() {
