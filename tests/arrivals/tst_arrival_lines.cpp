@@ -35,9 +35,6 @@ private Q_SLOTS:
     void weightsOfALine();
     void grossTypedByHand_data();
     void grossTypedByHand();
-    void rateUnitFollowsCommodity();
-    void storedNetAndCost();
-    void footersSumDownTheLines();
     void cellChecks_data();
     void cellChecks();
     void validationOrder_data();
@@ -52,38 +49,19 @@ void TestArrivalLines::weightsOfALine_data() {
     QTest::addColumn<QString>("other");
     QTest::addColumn<QString>("gross");
     QTest::addColumn<double>("net");
+    const auto row = [](const char* name, const char* qty, const char* bags, const char* perBag,
+                        const char* other, const char* gross, double net) {
+        QTest::newRow(name) << QString(qty) << QString(bags) << QString(perBag) << QString(other)
+                            << QString(gross) << net;
+    };
     // Other is a lump for the whole line, not per bag.
-    QTest::newRow("deductions") << "100"
-                                << "50.5"
-                                << "0.25"
-                                << "20"
-                                << "5050" << 5005.0;
-    QTest::newRow("no deductions") << "3"
-                                   << "85"
-                                   << ""
-                                   << ""
-                                   << "255" << 255.0;
-    QTest::newRow("gross rounded to 2") << "3"
-                                        << "33.333"
-                                        << ""
-                                        << ""
-                                        << "100" << 100.0;
-    QTest::newRow("net may go negative") << "2"
-                                         << "10"
-                                         << "5"
-                                         << "30"
-                                         << "20" << -20.0;
-    // Without a quantity there is no gross, and the net stays as it was.
-    QTest::newRow("empty qty") << ""
-                               << "50"
-                               << "1"
-                               << ""
-                               << "" << 0.0;
-    QTest::newRow("zero bag weight") << "10"
-                                     << "0"
-                                     << ""
-                                     << ""
-                                     << "" << 0.0;
+    row("deductions", "100", "50.5", "0.25", "20", "5050", 5005.0);
+    row("no deductions", "3", "85", "", "", "255", 255.0);
+    row("gross rounded to 2", "3", "33.333", "", "", "100", 100.0);
+    row("net may go negative", "2", "10", "5", "30", "20", -20.0);
+    // Without a quantity or a bag weight there is no gross, and the net stays as it was.
+    row("empty qty", "", "50", "1", "", "", 0.0);
+    row("zero bag weight", "10", "0", "", "", "", 0.0);
 }
 
 void TestArrivalLines::weightsOfALine() {
@@ -105,13 +83,10 @@ void TestArrivalLines::grossTypedByHand_data() {
     QTest::addColumn<QString>("gross");
     QTest::addColumn<QString>("bags");
     QTest::addColumn<double>("net");
-    QTest::newRow("per-bag weight to 4 decimals") << "3"
-                                                  << "100"
-                                                  << "33.3333" << 97.0;
+    QTest::newRow("per-bag weight to 4 decimals")
+        << QString("3") << QString("100") << QString("33.3333") << 97.0;
     // Nothing to divide by: the per-bag weight is left, the net still follows the gross.
-    QTest::newRow("no qty") << ""
-                            << "100"
-                            << "7" << 99.0;
+    QTest::newRow("no qty") << QString() << QString("100") << QString("7") << 99.0;
 }
 
 void TestArrivalLines::grossTypedByHand() {
@@ -126,35 +101,6 @@ void TestArrivalLines::grossTypedByHand() {
     recalcAfterGross(row);
     QCOMPARE(row[ColBags], bags);
     QCOMPARE(leadingNumber(row[ColNetWeight]), net);
-}
-
-void TestArrivalLines::rateUnitFollowsCommodity() {
-    ArrivalRow row = line(QStringLiteral("10"), QStringLiteral("100"));
-    recalcAfterQtyOrBags(row, RateUnitInfo{QStringLiteral("Maund (40)"), 40});
-    QCOMPARE(row[ColRateUnitId], QStringLiteral("Maund (40)"));
-    QCOMPARE(row[ColWeighInKgs], QStringLiteral("40"));
-    // A commodity without a rate unit leaves the name empty and the kilograms alone.
-    recalcAfterQtyOrBags(row, std::nullopt);
-    QCOMPARE(row[ColRateUnitId], QString());
-    QCOMPARE(row[ColWeighInKgs], QStringLiteral("40"));
-}
-
-void TestArrivalLines::storedNetAndCost() {
-    QCOMPARE(storedNetWeight(100, 50.5, 0.25, 20), 5005.0);
-    QCOMPARE(lineCostPerKg(4000, 40), 100.0);
-    QCOMPARE(lineCostPerKg(4000, 0), 0.0);
-    QCOMPARE(lineCostPerKg(0, 40), 0.0);
-}
-
-void TestArrivalLines::footersSumDownTheLines() {
-    std::vector<ArrivalRow> rows = {line("100", "50.5", "0.25", "20"), line("3", "85"),
-                                    line("abc", "")};
-    for (ArrivalRow& r : rows)
-        recalcAfterQtyOrBags(r, std::nullopt);
-    QCOMPARE(SumGridColumn(rows, ColQty).toDouble(), 103.0);
-    QCOMPARE(SumGridColumn(rows, ColGross).toDouble(), 5305.0);
-    QCOMPARE(SumGridColumn(rows, ColNetWeight).toDouble(), 5260.0);
-    QCOMPARE(SumGridColumn(std::vector<ArrivalRow>{}, ColNetWeight).toDouble(), 0.0);
 }
 
 void TestArrivalLines::cellChecks_data() {
@@ -215,30 +161,20 @@ void TestArrivalLines::validationOrder_data() {
     QTest::addColumn<int>("rows");
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("focus");
-    QTest::newRow("no seller") << ""
-                               << ""
-                               << "1" << 1 << "Please select a valid Party and try again"
-                               << "CboSeller";
-    QTest::newRow("no commodity") << "601"
-                                  << ""
-                                  << "1" << 1 << "Please select a valid commodity and try again"
-                                  << "CboCommodity";
-    QTest::newRow("zero id") << "601"
-                             << "1"
-                             << "0" << 1
-                             << "Invalid Arrival ID. A new Arrival has been automatically "
-                                "generated. Please save again"
-                             << "";
-    QTest::newRow("no lines") << "601"
-                              << "1"
-                              << "7" << 0
-                              << "There is no record to save.Please enter atleast one "
-                                 "commodity and save again"
-                              << "Grid";
-    QTest::newRow("passes") << "601"
-                            << "1"
-                            << "7" << 2 << ""
-                            << "";
+    const auto row = [](const char* name, const char* seller, const char* commodity, const char* id,
+                        int rows, const char* message, const char* focus) {
+        QTest::newRow(name) << QString(seller) << QString(commodity) << QString(id) << rows
+                            << QString(message) << QString(focus);
+    };
+    row("no seller", "", "", "1", 1, "Please select a valid Party and try again", "CboSeller");
+    row("no commodity", "601", "", "1", 1, "Please select a valid commodity and try again",
+        "CboCommodity");
+    row("zero id", "601", "1", "0", 1,
+        "Invalid Arrival ID. A new Arrival has been automatically generated. Please save again",
+        "");
+    row("no lines", "601", "1", "7", 0,
+        "There is no record to save.Please enter atleast one commodity and save again", "Grid");
+    row("passes", "601", "1", "7", 2, "", "");
 }
 
 void TestArrivalLines::validationOrder() {
