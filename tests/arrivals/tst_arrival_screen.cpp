@@ -354,7 +354,21 @@ void TestArrivalScreen::openEditAndRemove() {
                    {id}),
              30);
 
-    ctrl(s, Qt::Key_O);
+    // Opened again through the arrival search itself: the newest arrival heads its list.
+    s->setArrivalSearch(nullptr);
+    {
+        Modals m;
+        m.window([](QWidget* w) {
+            auto* search = qobject_cast<SchArrivals*>(w);
+            if (!search)
+                return false;
+            search->Select();
+            return true;
+        });
+        ctrl(s, Qt::Key_O);
+        QTRY_VERIFY(m.done());
+    }
+    QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(id));
     {
         Modals m;
         m.answer(QMessageBox::Yes);
