@@ -4,8 +4,6 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 
-#include <QtTest>
-
 namespace gm::test {
 
 // A handful of master rows that contracts point at, independent of the sample mill so that
@@ -68,37 +66,3 @@ inline PurchaseContract sampleContract(qint64 id) {
 }
 
 } // namespace gm::test
-
-namespace gm {
-// So that a failed comparison shows both contracts.
-inline char* toString(const PurchaseContract& c) {
-    const QString s =
-        QStringLiteral("{id %1, date %2, commodity %3, broker '%4', brokerage %5, per bag %6, "
-                       "party '%7', unit %8, mode '%9', qty %10, rate %11, bags %12, mill %13, "
-                       "from %14, to %15, payment '%16', bag ded %17, other ded %18, "
-                       "on site %19, terms '%20', completed %21, posted %22}")
-            .arg(c.contractId)
-            .arg(c.contractDate.toString(Qt::ISODate))
-            .arg(c.commodityId)
-            .arg(c.brokerId)
-            .arg(c.brokerage)
-            .arg(c.isBrokeragePerBag)
-            .arg(c.partyId)
-            .arg(c.rateUnitId)
-            .arg(c.contractMode)
-            .arg(c.quantity)
-            .arg(c.ratePerUnit)
-            .arg(c.isWithBags)
-            .arg(c.isDeliveryInMill)
-            .arg(c.deliveryStartDate.toString(Qt::ISODate))
-            .arg(c.deliveryEndDate.toString(Qt::ISODate))
-            .arg(c.modeOfPayment)
-            .arg(c.bagsDeduction)
-            .arg(c.otherDeduction)
-            .arg(c.isPaymentOnSite)
-            .arg(c.otherTerms)
-            .arg(c.isCompleted)
-            .arg(c.isPosted);
-    return qstrdup(qPrintable(s));
-}
-} // namespace gm
