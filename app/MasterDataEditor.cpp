@@ -231,6 +231,7 @@ void MasterDataEditor::buildUi() {
             auto* combo = new QComboBox(box);
             combo->setMinimumContentsLength(16);
             combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
             connect(combo, &QComboBox::currentIndexChanged, this, [this] { setDirty(true); });
             editor = combo;
             break;

@@ -126,6 +126,7 @@ private Q_SLOTS:
     void usedRowCannotBeDeleted_data();
     void usedRowCannotBeDeleted();
     void processTakesItsComponentsAlong();
+    void ledgerEntriesAreNumberedByTheDatabase();
     void editorByKeyboard();
     void editorRefusesDeletingUsedRow();
     void detailListKeepsItsOwnKeys();
@@ -345,6 +346,31 @@ void TstMasterData::processTakesItsComponentsAlong() {
     processes.remove(processes.load().front());
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM ProcessComponents")), 0);
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Processes")), 0);
+}
+
+void TstMasterData::ledgerEntriesAreNumberedByTheDatabase() {
+    GM_REQUIRE_ENGINE();
+    auto conn = test::freshConn();
+    seed(*conn);
+    const TableSpec& s = spec("ledger");
+    MasterDataStore store(*conn, s);
+    for (const char* debit : {"1500.25", "0"})
+        store.insert(row(s, {{"AccountNo", "6001"},
+                             {"EntryDate", QDate(2026, 7, 1)},
+                             {"Debit", debit},
+                             {"Credit", "0"}}));
+    const auto rows = store.load();
+    QCOMPARE(rows.size(), size_t(2));
+    const int id = s.fieldIndex("EntryId");
+    QVERIFY(!rows[0][size_t(id)].isNull());
+    QVERIFY(rows[0][size_t(id)] != rows[1][size_t(id)]);
+    QCOMPARE(rows[0][size_t(s.fieldIndex("Debit"))].toDouble(), 1500.25);
+    // The component reads the balance from these rows.
+    QCOMPARE(toDouble(scalar(*conn,
+                             QStringLiteral("SELECT SUM(Debit - Credit) FROM LedgerEntries "
+                                            "WHERE AccountNo = ?"),
+                             {QStringLiteral("6001")})),
+             1500.25);
 }
 
 void TstMasterData::editorByKeyboard() {
