@@ -371,7 +371,7 @@ void MainWindow::chooseDatabase() {
             showError(this, e.source(), e.description());
         }
         if (switchDatabase(std::move(outcome.conn)))
-            m_config.setLastLocation(location);
+            m_config.setLastLocation(rememberedLocation(location));
         return;
     }
 }

@@ -10,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QUrl>
 
 #include <cstdio>
 
@@ -99,6 +100,15 @@ OpenOutcome openMillDatabase(const QString& location, bool loadSampleIfEmpty) {
     return out;
 }
 
+QString rememberedLocation(const QString& location) {
+    const auto loc = DbLocation::parse(location);
+    if (!loc || loc->engine != Engine::PostgreSQL || loc->password.isEmpty())
+        return location;
+    QUrl url(location.trimmed());
+    url.setPassword(QString());
+    return url.toString(QUrl::FullyEncoded);
+}
+
 QString startLocation(const StartOptions& options, const HostConfig& config, bool* firstStart) {
     *firstStart = false;
     if (!options.location.isEmpty())
@@ -118,7 +128,7 @@ std::unique_ptr<Conn> openAtStart(const StartOptions& options, HostConfig& confi
     for (;;) {
         OpenOutcome outcome = openMillDatabase(location, loadSample);
         if (outcome.conn) {
-            config.setLastLocation(location);
+            config.setLastLocation(rememberedLocation(location));
             if (outcome.sampleLoaded)
                 qInfo("The sample mill was loaded into %s",
                       qPrintable(outcome.conn->location().displayText()));

@@ -45,6 +45,10 @@ OpenOutcome openMillDatabase(const QString& location, bool loadSampleIfEmpty);
 // sample mill is loaded so that a new user sees a working mill.
 QString startLocation(const StartOptions& options, const HostConfig& config, bool* firstStart);
 
+// The location as it may be kept in the settings file: a server password is left out and
+// asked for again by the database dialog when the server wants one.
+QString rememberedLocation(const QString& location);
+
 // Opens the start location; when it fails, logs why and offers the database dialog until a
 // database opens or the clerk quits (null). Without `interactive` the first failure ends it.
 std::unique_ptr<Conn> openAtStart(const StartOptions& options, HostConfig& config, bool interactive,
