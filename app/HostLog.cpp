@@ -36,7 +36,10 @@ void appendLine(const QString& level, const QString& title, const QString& text)
 }
 
 void messageHandler(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (type != QtDebugMsg && type != QtInfoMsg) {
+    // A platform plugin's note that it lacks a window feature is not an error of the mill's.
+    const bool pluginNote =
+        type == QtWarningMsg && message.startsWith(QLatin1String("This plugin does not support"));
+    if (type != QtDebugMsg && type != QtInfoMsg && !pluginNote) {
         const char* level = type == QtWarningMsg    ? "WARNING"
                             : type == QtCriticalMsg ? "ERROR"
                                                     : "FATAL";
