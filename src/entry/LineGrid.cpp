@@ -598,6 +598,7 @@ bool LineGrid::commitEditor(QWidget* editor) {
         if (!refusal->message.isEmpty())
             msg::inform(this, refusal->message, refusal->title, refusal->icon);
         // The entry stays in the cell for the clerk to mend.
+        window()->activateWindow();
         editor->setFocus();
         if (auto* line = qobject_cast<QLineEdit*>(editor))
             line->selectAll();

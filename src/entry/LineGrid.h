@@ -181,6 +181,8 @@ public:
 
     QString cellText(int row, int column) const { return m_model->cellText(row, column); }
     QString footerText(int column) const { return m_model->footerText(column); }
+    // An in-cell editor is open.
+    bool isEditing() const { return state() == EditingState; }
 
     // Moves to the next editable cell after the current one (Tab's and Enter's move); false
     // when the current cell is the last one.

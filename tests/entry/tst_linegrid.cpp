@@ -1,0 +1,181 @@
+#include "BoxAnswerer.h"
+
+#include "entry/LineGrid.h"
+
+#include <QtTest>
+
+using namespace gm;
+using gm::test::BoxAnswerer;
+
+namespace {
+
+enum Col { Vehicle, Qty, Bags, Gross, PerBag, Driver };
+
+// A grid laid out like the arrival lines: a text with a check, two numbers whose product is
+// recomputed, a ranged number, a read-only result, and footers summing the weights.
+struct ArrivalLike {
+    QWidget window;
+    LineGrid* grid;
+    LineGridModel* model;
+    int recomputes = 0;
+
+    ArrivalLike() {
+        grid = new LineGrid(QStringLiteral("Grid"), &window);
+        grid->setColumns({GridColumn::text(QStringLiteral("Vehicle No")),
+                          GridColumn::number(QStringLiteral("Qty"), 60, 0),
+                          GridColumn::number(QStringLiteral("Bags")),
+                          GridColumn::readOnly(QStringLiteral("Gross")),
+                          GridColumn::number(QStringLiteral("Per Bag"), 60, 2, 0, 99999),
+                          GridColumn::text(QStringLiteral("Driver Name"))});
+        grid->setGroups({{Qty, Gross, QStringLiteral("Weight")}});
+        model = grid->lines();
+        model->setCellCheck([this](int, int column, const QString& text) -> std::optional<Refusal> {
+            if (column == Vehicle && text.size() > 15)
+                return Refusal{QStringLiteral("Vehicle no must be less then 15 charactors."),
+                               QStringLiteral("Alert"), QMessageBox::Information};
+            if (column == Driver && text.size() > 25)
+                return model->standardRefusal(column);
+            return std::nullopt;
+        });
+        model->setRecompute([this](int row, int) {
+            ++recomputes;
+            const double qty = model->cellValue(row, Qty);
+            const double bags = model->cellValue(row, Bags);
+            model->setCell(row, Gross, qty > 0 && bags > 0 ? formatNumber(qty * bags) : QString());
+            model->setFooterText(Gross, model->sumColumn(Gross).toString());
+        });
+        window.resize(700, 300);
+        grid->panel()->resize(700, 300);
+    }
+};
+
+} // namespace
+
+class TstLineGrid : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    // The same entries through setData: refused ones leave the cell and say why.
+    void checksThroughTheModel_data() {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("refusal");
+        QTest::newRow("vehicle of 15") << int(Vehicle) << QString(15, QLatin1Char('V')) << "";
+        QTest::newRow("vehicle of 16") << int(Vehicle) << QString(16, QLatin1Char('V'))
+                                       << "Vehicle no must be less then 15 charactors.";
+        QTest::newRow("driver of 26") << int(Driver) << QString(26, QLatin1Char('d'))
+                                      << "Please provide a valid driver name.";
+        QTest::newRow("per bag at the top") << int(PerBag) << "99999"
+                                            << "";
+        QTest::newRow("per bag above") << int(PerBag) << "99999.5"
+                                       << "Please provide a valid per bag.";
+        QTest::newRow("per bag below") << int(PerBag) << "-1"
+                                       << "Please provide a valid per bag.";
+    }
+    void checksThroughTheModel() {
+        QFETCH(int, column);
+        QFETCH(QString, text);
+        QFETCH(QString, refusal);
+        ArrivalLike g;
+        g.model->setLines({QStringList{QStringLiteral("old")}});
+        g.model->setCell(0, column, QStringLiteral("1"));
+        const bool ok = g.model->setData(g.model->index(0, column), text);
+        QCOMPARE(ok, refusal.isEmpty());
+        QCOMPARE(g.model->cellText(0, column), ok ? text : QStringLiteral("1"));
+        if (!ok) {
+            QCOMPARE(g.model->lastRefusal()->message, refusal);
+            QCOMPARE(g.model->lastRefusal()->title, QStringLiteral("Alert"));
+        }
+    }
+
+    void recomputationAndFooters() {
+        ArrivalLike g;
+        QCOMPARE(g.model->rowCount(), 1); // only the new-line row
+        QVERIFY(g.model->setData(g.model->index(0, Qty), QStringLiteral("10")));
+        QCOMPARE(g.model->lineCount(), 1);
+        QVERIFY(g.model->setData(g.model->index(0, Bags), QStringLiteral("50.5")));
+        QCOMPARE(g.grid->cellText(0, Gross), QStringLiteral("505"));
+        QVERIFY(g.model->setData(g.model->index(1, Qty), QStringLiteral("2")));
+        QVERIFY(g.model->setData(g.model->index(1, Bags), QStringLiteral("0.25")));
+        QCOMPARE(g.grid->footerText(Gross), QStringLiteral("505.5"));
+        QCOMPARE(g.recomputes, 4);
+        // Code writes and refused entries do not recompute; the read-only column takes nothing.
+        g.model->setCell(0, Qty, QStringLiteral("1"));
+        QVERIFY(!g.model->setData(g.model->index(0, Gross), QStringLiteral("9")));
+        QCOMPARE(g.recomputes, 4);
+        // An empty entry in the new-line row adds no line.
+        QVERIFY(g.model->setData(g.model->index(2, Vehicle), QString()));
+        QCOMPARE(g.model->lineCount(), 2);
+        g.model->clearLines();
+        QCOMPARE(g.model->rowCount(), 1);
+        QCOMPARE(g.grid->footerText(Gross), QString());
+    }
+
+    void keyboardEditingMovesAndRecomputes() {
+        ArrivalLike g;
+        g.window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&g.window));
+        g.grid->setFocus();
+        g.grid->setCurrentIndex(g.model->index(0, Qty));
+        QTest::keyClick(g.grid, '4');
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(g.grid->currentIndex(), g.model->index(0, Bags));
+        QTest::keyClick(g.grid, '5');
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(g.grid->cellText(0, Gross), QStringLiteral("20"));
+        // The read-only column is stepped over.
+        QCOMPARE(g.grid->currentIndex(), g.model->index(0, PerBag));
+        // Enter at the end of a line goes on to the next (new) line.
+        g.grid->setCurrentIndex(g.model->index(0, Driver));
+        QTest::keyClick(g.grid, Qt::Key_Return);
+        QCOMPARE(g.grid->currentIndex(), g.model->index(1, Vehicle));
+    }
+
+    void refusalThroughTheViewKeepsTheEditor() {
+        ArrivalLike g;
+        g.window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&g.window));
+        g.grid->setFocus();
+        g.grid->setCurrentIndex(g.model->index(0, PerBag));
+        QTest::keyClick(g.grid, '1');
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("00000"));
+        QWidget* editor = QApplication::focusWidget();
+        {
+            BoxAnswerer boxes(QMessageBox::Ok);
+            QTest::keyClick(editor, Qt::Key_Return);
+            QCOMPARE(boxes.count(), 1);
+            QCOMPARE(boxes.last().text, QStringLiteral("Please provide a valid per bag."));
+            QCOMPARE(boxes.last().icon, QMessageBox::Information);
+        }
+        QCOMPARE(g.model->lineCount(), 0);
+        QVERIFY(g.grid->isEditing());
+        QTRY_COMPARE(g.window.focusWidget(), editor);
+        // Mended in place (the refused text stands selected), the entry goes in.
+        QTest::keyClick(editor, Qt::Key_End);
+        QTest::keyClick(editor, Qt::Key_Backspace);
+        QTest::keyClick(editor, Qt::Key_Backspace);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QCOMPARE(g.grid->cellText(0, PerBag), QStringLiteral("1000"));
+        QVERIFY(!g.grid->isEditing());
+    }
+
+    void deleteRemovesLineOnlyWhenAllowed() {
+        ArrivalLike g;
+        g.model->setLines({QStringList{QStringLiteral("A")}, QStringList{QStringLiteral("B")}});
+        g.window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&g.window));
+        g.grid->setFocus();
+        g.grid->setCurrentIndex(g.model->index(0, Vehicle));
+        QTest::keyClick(g.grid, Qt::Key_Delete);
+        QCOMPARE(g.model->lineCount(), 2);
+        g.grid->setDeleteRemovesLine(true);
+        QTest::keyClick(g.grid, Qt::Key_Delete);
+        QCOMPARE(g.model->lineCount(), 1);
+        QCOMPARE(g.grid->cellText(0, Vehicle), QStringLiteral("B"));
+        // The new-line row is no line to remove.
+        g.grid->setCurrentIndex(g.model->index(1, Vehicle));
+        QVERIFY(!g.grid->removeCurrentLine());
+    }
+};
+
+QTEST_MAIN(TstLineGrid)
+#include "tst_linegrid.moc"
