@@ -106,16 +106,16 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
     : m_screens(std::make_unique<Screens>()) {
     const Conn& conn = ctx.db();
     const Conn* c = &conn;
-    auto add = [&](QString name, std::function<int()> ours, std::function<int()> legacy = {},
+    auto add = [&](QString name, std::function<int()> ours, std::function<int()> oldWay = {},
                    QString note = {}) {
         m_actions.push_back(
-            Action{std::move(name), std::move(ours), std::move(legacy), {}, {}, std::move(note)});
+            Action{std::move(name), std::move(ours), std::move(oldWay), {}, {}, std::move(note)});
         return &m_actions.back();
     };
     const QString partyName = QStringLiteral("FunGetPartyName(ChartOfAccounts.AccountNo)");
 
     // --- The lists of the document screens ------------------------------------------------
-    const QString legacyParties =
+    const QString oldParties =
         QStringLiteral("SELECT ChartOfAccounts.AccountNo AS ID, FunGetPartyName("
                        "ChartOfAccounts.AccountNo) AS Name FROM ChartOfAccounts INNER JOIN "
                        "Parties ON ChartOfAccounts.AccountNo = Parties.PartyId LEFT OUTER JOIN "
@@ -124,38 +124,38 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
     add(
         QStringLiteral("list: parties ALL"),
         [c] { return listSize(loadParties(*c, PartyType::All)); },
-        [c, legacyParties] { return readAll(*c, legacyParties.arg(QString())); });
+        [c, oldParties] { return readAll(*c, oldParties.arg(QString())); });
     add(
         QStringLiteral("list: parties Suppliers"),
         [c] { return listSize(loadParties(*c, PartyType::Suppliers)); },
-        [c, legacyParties] {
+        [c, oldParties] {
             return readAll(
-                *c, legacyParties.arg(QStringLiteral(
+                *c, oldParties.arg(QStringLiteral(
                         "WHERE (Parties.IsSeller = 1) AND (ChartOfAccounts.IsEditable = 1)")));
         });
     add(
         QStringLiteral("list: parties Brokers"),
         [c] { return listSize(loadParties(*c, PartyType::Brokers)); },
-        [c, legacyParties] {
+        [c, oldParties] {
             return readAll(
-                *c, legacyParties.arg(QStringLiteral(
+                *c, oldParties.arg(QStringLiteral(
                         "WHERE (Parties.IsBroker = 1) AND (ChartOfAccounts.IsEditable = 1)")));
         });
-    const QString legacyCommodities =
+    const QString oldCommodities =
         QStringLiteral(" select commodityid as id, fungetcommodity(commodityid) as name from "
                        "commodities Where 1 = 1");
     add(
         QStringLiteral("list: commodities purchaseable wheat"),
         [c] { return listSize(loadCommodities(*c, true, false, true)); },
-        [c, legacyCommodities] {
+        [c, oldCommodities] {
             return readAll(*c,
-                           legacyCommodities +
+                           oldCommodities +
                                QStringLiteral(" and IsPurchaseable = 1 and IsWheatCommodity = 1"));
         });
     add(
         QStringLiteral("list: commodities all"),
         [c] { return listSize(loadCommodities(*c, true, true, true)); },
-        [c, legacyCommodities] { return readAll(*c, legacyCommodities); });
+        [c, oldCommodities] { return readAll(*c, oldCommodities); });
     add(
         QStringLiteral("list: units"), [c] { return listSize(loadUnits(*c)); },
         [c] {
@@ -300,7 +300,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         "INNER JOIN Units u ON co.RateUnitId = u.UnitId "
         "WHERE %1 AND NOT EXISTS (SELECT 1 FROM PurchaseBody pb WHERE pb.ArrivalId = "
         "ab.ArrivalId AND pb.VehicleNo = ab.VehicleNo) ORDER BY a.ArrivalId, ab.VehicleNo");
-    const QString legacyArrivalLines = QStringLiteral(
+    const QString oldArrivalLines = QStringLiteral(
         "SELECT Arrivals.ArrivalId, Arrivals.ArrivalDate, FunGetCommodity(Arrivals.CommodityId) "
         "AS Commodity, Arrivals.SellerId, Arrivals.Contractid, Arrivals.CommodityId, "
         "ArrivalsBody.VehicleNo, ArrivalsBody.BagsTypeId, ArrivalsBody.BagsClassId, "
@@ -321,10 +321,10 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         [c, s, openLines] {
             return readAll(*c, openLines.arg(QStringLiteral("a.SellerId = ?")), {s.seller});
         },
-        [c, s, legacyArrivalLines, net] {
+        [c, s, oldArrivalLines, net] {
             return readAll(
                 *c,
-                legacyArrivalLines.arg(QStringLiteral("ROUND(%1, 2)").arg(net)) +
+                oldArrivalLines.arg(QStringLiteral("ROUND(%1, 2)").arg(net)) +
                     QStringLiteral(" WHERE (Arrivals.SellerId = ?) AND (ArrivalsBody.VehicleNo NOT "
                                    "IN (SELECT VehicleNo FROM PurchaseBody) OR "
                                    "ArrivalsBody.ArrivalId NOT IN (SELECT ArrivalId FROM "
@@ -338,7 +338,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
             return readAll(*c, openLines.arg(QStringLiteral("a.ContractId = ?")),
                            {s.contractForInvoice});
         },
-        [c, s, legacyArrivalLines, net] {
+        [c, s, oldArrivalLines, net] {
             // The old contract route: its OR also brings every wholly open arrival of any
             // contract or seller.
             return readAll(
@@ -351,7 +351,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                                "PC.RatePerUnit, A.ArrivalId, A.ArrivalDate, A.Commodity AS Expr1, "
                                "A.VehicleNo, A.BagsType, A.NoOfBags, A.BagWeight, A.NetWeight, "
                                "A.WeightInKgs, A.UnitId FROM PContracts PC INNER JOIN (") +
-                    legacyArrivalLines.arg(net) +
+                    oldArrivalLines.arg(net) +
                     QStringLiteral(") A ON PC.ContractId = A.Contractid WHERE PC.ContractId = ? "
                                    "AND (A.SellerId = A.Sellerid) AND (A.VehicleNo NOT IN "
                                    "(SELECT VehicleNo FROM PurchaseBody)) or (A.Arrivalid NOT IN "
@@ -561,7 +561,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
 
     const QDate from = s.today.addDays(-365);
     // The old lists: names worked out per row by the server routine, a filter with a leading %.
-    const QString legacyArrivals =
+    const QString oldArrivals =
         QStringLiteral(" SELECT Arrivals.ArrivalId, Arrivals.ArrivalDate, %1 AS AccountName, "
                        "FunGetCommodity(Commodities.CommodityId) AS Commodity FROM Arrivals "
                        "INNER JOIN Commodities ON Arrivals.CommodityId = Commodities.CommodityId "
@@ -569,7 +569,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                        "ChartOfAccounts ON Parties.PartyId = ChartOfAccounts.AccountNo Where "
                        "Arrivals.ArrivalDate Between ? And ? %2 Order By Arrivals.ArrivalId desc")
             .arg(partyName);
-    const QString legacyPurchases = QStringLiteral(
+    const QString oldPurchases = QStringLiteral(
         " SELECT Purchases.PurchaseId, Purchases.PurchaseDate, Purchases.SellerId, "
         "Purchases.BrokerId, FunGetPartyName(Purchases.BrokerId) AS BrokerName, "
         "FunGetPartyName(Purchases.SellerId) AS SellerName, SUM(ROUND(PurchaseBody.TotalWeight "
@@ -581,7 +581,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         "And ? %1 GROUP BY Purchases.PurchaseId, Purchases.PurchaseDate, Purchases.SellerId, "
         "Purchases.BrokerId, FunGetPartyName(Purchases.BrokerId), "
         "FunGetPartyName(Purchases.SellerId) Order By Purchases.PurchaseId desc");
-    const QString legacyContracts = QStringLiteral(
+    const QString oldContracts = QStringLiteral(
         " SELECT PContracts.ContractId, PContracts.ContractDate, PContracts.BrokerId, "
         "ChartOfAccounts.AccountName AS Broker, PContracts.PartyId, SellerName.AccountName AS "
         "Seller, CAST(PContracts.Quantity AS varchar(6)) || PContracts.ContractMode as Quantity "
@@ -590,7 +590,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         "PContracts.PartyId = Seller.PartyId) ON Broker.PartyId = PContracts.BrokerId INNER JOIN "
         "ChartOfAccounts SellerName ON Seller.PartyId = SellerName.AccountNo Where "
         "PContracts.ContractDate Between ? And ? %1 ORDER BY PContracts.ContractId DESC");
-    const QString legacyDfc = QStringLiteral(
+    const QString oldDfc = QStringLiteral(
         " SELECT DFCPayments.PaymentId AS Id, DFCPayments.PaymentDate AS Date, "
         "Commodities.CommodityName, DFCPayments.TotalWeight AS TTLWeight, "
         "SUM(DFCPayments.TTLValueWheet + DFCPayments.TTLValueBags) AS GrossValue FROM DFCPayments "
@@ -601,9 +601,9 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
     const QString oneKey = QStringLiteral("a");
 
     // A search screen's list: its default range with the filters empty, then one keystroke.
-    auto search = [&](const QString& screen, QWidget* w, const QString& legacySql,
-                      const QString& legacyFilter, const QString& legacyPattern, bool hasId,
-                      qint64 id, bool dated = true) {
+    auto search = [&](const QString& screen, QWidget* w, const QString& oldSql,
+                      const QString& oldFilter, const QString& oldPattern, bool hasId, qint64 id,
+                      bool dated = true) {
         auto* filter = w->findChild<QLineEdit*>(QStringLiteral("TxtFilter"));
         auto* filterId = w->findChild<QLineEdit*>(QStringLiteral("TxtFilterId"));
         auto* doc = qobject_cast<DocumentSearch*>(w);
@@ -626,12 +626,12 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                     party->RunSearch();
                 return count();
             },
-            legacySql.isEmpty() ? std::function<int()>{}
-                                : std::function<int()>([c, legacySql, from, s, dated] {
-                                      if (!dated)
-                                          return readAll(*c, legacySql.arg(QString()));
-                                      return readAll(*c, legacySql.arg(QString()), {from, s.today});
-                                  }));
+            oldSql.isEmpty() ? std::function<int()>{}
+                             : std::function<int()>([c, oldSql, from, s, dated] {
+                                   if (!dated)
+                                       return readAll(*c, oldSql.arg(QString()));
+                                   return readAll(*c, oldSql.arg(QString()), {from, s.today});
+                               }));
         range->before = reset;
         Action* key = add(
             screen + QStringLiteral(": name filter \"a\""),
@@ -639,13 +639,12 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                 filter->setText(oneKey);
                 return count();
             },
-            legacySql.isEmpty()
+            oldSql.isEmpty()
                 ? std::function<int()>{}
-                : std::function<int()>([c, legacySql, legacyFilter, legacyPattern, from, s, dated] {
+                : std::function<int()>([c, oldSql, oldFilter, oldPattern, from, s, dated] {
                       if (!dated)
-                          return readAll(*c, legacySql.arg(legacyFilter), {legacyPattern});
-                      return readAll(*c, legacySql.arg(legacyFilter),
-                                     {from, s.today, legacyPattern});
+                          return readAll(*c, oldSql.arg(oldFilter), {oldPattern});
+                      return readAll(*c, oldSql.arg(oldFilter), {from, s.today, oldPattern});
                   }));
         key->before = reset;
         if (hasId && filterId) {
@@ -656,14 +655,14 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
             byId->before = reset;
         }
     };
-    search(QStringLiteral("SchArrivals"), m_screens->arrivals.get(), legacyArrivals,
+    search(QStringLiteral("SchArrivals"), m_screens->arrivals.get(), oldArrivals,
            QStringLiteral(" And ") + partyName + lk, QStringLiteral("%a%"), true, s.arrivalToOpen);
-    search(QStringLiteral("SchPurchase"), m_screens->purchases.get(), legacyPurchases,
+    search(QStringLiteral("SchPurchase"), m_screens->purchases.get(), oldPurchases,
            QStringLiteral(" And FunGetPartyName(Purchases.SellerId)") + lk, QStringLiteral("%a%"),
            true, s.purchaseToOpen);
-    search(QStringLiteral("SchPurchaseContract"), m_screens->contracts.get(), legacyContracts,
+    search(QStringLiteral("SchPurchaseContract"), m_screens->contracts.get(), oldContracts,
            QStringLiteral(" And SellerName.AccountName") + lk, QStringLiteral("%a%"), false, 0);
-    search(QStringLiteral("SchDFCPurchase"), m_screens->dfc.get(), legacyDfc,
+    search(QStringLiteral("SchDFCPurchase"), m_screens->dfc.get(), oldDfc,
            QStringLiteral(" and Commodities.CommodityName") + lk, QStringLiteral("a%"), false, 0);
     Action* hourly = add(
         QStringLiteral("SchHProduction: list"),

@@ -22,7 +22,7 @@ namespace gm::bench {
 struct Action {
     QString name;
     std::function<int()> ours;
-    std::function<int()> legacy;  // may be empty: the old screens had no such step
+    std::function<int()> oldWay;  // may be empty: the old screens had no such step
     std::function<void()> before; // untimed set-up of each repetition
     std::function<void()> after;  // untimed tidy-up of each repetition
     QString note;                 // how "ours" was measured, when not a store call

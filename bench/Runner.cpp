@@ -129,7 +129,7 @@ std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
         Result r{a.name, {}, {}, a.note};
         err << "  " << a.name << " ..." << Qt::flush;
         r.ours = measure(a, a.ours, options);
-        if (a.legacy) {
+        if (a.oldWay) {
             // The old statements were not written for this much data; a server cancels one
             // that runs away rather than leaving the run stuck.
             if (pg)
@@ -142,28 +142,28 @@ std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
                 deadline.clock.start();
                 sqlite3_progress_handler(lite, 10000, sqliteProgress, &deadline);
             }
-            Action legacyOnly = a;
-            legacyOnly.before = [&deadline, before = a.before] {
+            Action oldOnly = a;
+            oldOnly.before = [&deadline, before = a.before] {
                 if (before)
                     before();
                 deadline.clock.restart();
             };
-            r.legacy = measure(legacyOnly, a.legacy, options);
-            r.legacy.timedOut =
-                !r.legacy.ran && (r.legacy.error.contains(QLatin1String("interrupt")) ||
-                                  r.legacy.error.contains(QLatin1String("timeout")));
+            r.oldWay = measure(oldOnly, a.oldWay, options);
+            r.oldWay.timedOut =
+                !r.oldWay.ran && (r.oldWay.error.contains(QLatin1String("interrupt")) ||
+                                  r.oldWay.error.contains(QLatin1String("timeout")));
             if (lite)
                 sqlite3_progress_handler(lite, 0, nullptr, nullptr);
             if (pg)
                 plain(conn, QStringLiteral("SET statement_timeout = 0"));
         }
         err << " " << cell(r.ours) << " ms";
-        if (a.legacy)
-            err << ", legacy " << cell(r.legacy) << " ms";
+        if (a.oldWay)
+            err << ", old way " << cell(r.oldWay) << " ms";
         if (!r.ours.error.isEmpty())
             err << " [ours: " << r.ours.error << "]";
-        if (!r.legacy.error.isEmpty())
-            err << " [legacy: " << r.legacy.error << "]";
+        if (!r.oldWay.error.isEmpty())
+            err << " [old way: " << r.oldWay.error << "]";
         err << Qt::endl;
         out.push_back(std::move(r));
     }
@@ -174,8 +174,8 @@ QString resultTable(const std::vector<Result>& large, const std::vector<Result>&
                     double targetMs) {
     QString text;
     QTextStream s(&text);
-    s << "| Action | rows | median ms | p95 ms | 10y/1y | legacy rows | legacy median ms | "
-         "legacy/ours | |\n";
+    s << "| Action | rows | median ms | p95 ms | 10y/1y | old way rows | old way median ms | "
+         "old way / ours | |\n";
     s << "|---|---:|---:|---:|---:|---:|---:|---:|---|\n";
     for (const Result& r : large) {
         const Result* base = nullptr;
@@ -189,13 +189,13 @@ QString resultTable(const std::vector<Result>& large, const std::vector<Result>&
             ratio = QString::number(x, 'f', 2);
             grows = x > 1.5;
         }
-        QString legacyRatio = QStringLiteral("–");
-        if (r.legacy.ran && r.ours.ran && r.ours.medianMs > 0)
-            legacyRatio = QString::number(r.legacy.medianMs / r.ours.medianMs, 'f', 1);
-        else if (r.legacy.timedOut && r.ours.ran && r.ours.medianMs > 0)
-            legacyRatio = QStringLiteral("> %1").arg(60000 / r.ours.medianMs, 0, 'f', 0);
-        else if (!r.legacy.ran && !r.legacy.error.isEmpty())
-            legacyRatio = QStringLiteral("(%1)").arg(r.legacy.error.left(40));
+        QString oldRatio = QStringLiteral("–");
+        if (r.oldWay.ran && r.ours.ran && r.ours.medianMs > 0)
+            oldRatio = QString::number(r.oldWay.medianMs / r.ours.medianMs, 'f', 1);
+        else if (r.oldWay.timedOut && r.ours.ran && r.ours.medianMs > 0)
+            oldRatio = QStringLiteral("> %1").arg(60000 / r.ours.medianMs, 0, 'f', 0);
+        else if (!r.oldWay.ran && !r.oldWay.error.isEmpty())
+            oldRatio = QStringLiteral("(%1)").arg(r.oldWay.error.left(40));
         QStringList flags;
         if (!r.ours.ran)
             flags << QStringLiteral("failed: ") + r.ours.error.left(60);
@@ -207,8 +207,8 @@ QString resultTable(const std::vector<Result>& large, const std::vector<Result>&
             flags << QStringLiteral("*");
         s << "| " << r.name << " | " << r.ours.rows << " | " << cell(r.ours) << " | "
           << cell(r.ours, true) << " | " << ratio << " | "
-          << (r.legacy.ran ? QString::number(r.legacy.rows) : QStringLiteral("–")) << " | "
-          << cell(r.legacy) << " | " << legacyRatio << " | " << flags.join(QStringLiteral(", "))
+          << (r.oldWay.ran ? QString::number(r.oldWay.rows) : QStringLiteral("–")) << " | "
+          << cell(r.oldWay) << " | " << oldRatio << " | " << flags.join(QStringLiteral(", "))
           << " |\n";
     }
     QStringList notes;

@@ -21,7 +21,7 @@ struct Timing {
 struct Result {
     QString name;
     Timing ours;
-    Timing legacy;
+    Timing oldWay;
     QString note;
 };
 
