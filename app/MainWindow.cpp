@@ -246,7 +246,7 @@ void MainWindow::buildMenus() {
     purchase->menuAction()->setVisible(!purchaseActions.isEmpty());
     production->menuAction()->setVisible(!productionActions.isEmpty());
 
-    for (const TableSpec& t : masterTables()) {
+    for (const TableDef& t : masterTables()) {
         if (!t.parentColumn.isEmpty())
             continue; // edited under its parent's list
         QAction* a = master->addAction(masterMenuText(t.id, t.title));
@@ -313,11 +313,11 @@ void MainWindow::updateStatus() {
 MasterDataEditor* MainWindow::openMasterList(const QString& id) {
     auto& slot = m_lists[id];
     if (!slot) {
-        const TableSpec* spec = findMasterTable(id);
-        if (!spec)
+        const TableDef* def = findMasterTable(id);
+        if (!def)
             return nullptr;
-        slot = new MasterDataEditor(*m_conn, *spec, m_tabs);
-        m_tabs->addTab(slot, style()->standardIcon(QStyle::SP_FileDialogListView), spec->title);
+        slot = new MasterDataEditor(*m_conn, *def, m_tabs);
+        m_tabs->addTab(slot, style()->standardIcon(QStyle::SP_FileDialogListView), def->title);
     }
     m_tabs->setCurrentWidget(slot);
     slot->view()->setFocus();

@@ -26,7 +26,7 @@ namespace gm::host {
 
 namespace {
 
-QString editorName(const FieldSpec& f) {
+QString editorName(const FieldDef& f) {
     switch (f.type) {
     case FieldType::Flag:
         return QStringLiteral("Chk") + f.column;
@@ -43,7 +43,7 @@ bool isNumeric(FieldType t) {
     return t == FieldType::Integer || t == FieldType::Decimal;
 }
 
-QString valueText(const FieldSpec& f, const QVariant& v) {
+QString valueText(const FieldDef& f, const QVariant& v) {
     if (v.isNull())
         return QString();
     if (f.type == FieldType::Decimal)
@@ -57,7 +57,7 @@ QString valueText(const FieldSpec& f, const QVariant& v) {
 
 MasterRowsModel::MasterRowsModel(const MasterDataStore& store, QObject* parent)
     : QAbstractTableModel(parent), m_store(store) {
-    const auto& fields = store.spec().fields;
+    const auto& fields = store.def().fields;
     for (size_t i = 0; i < fields.size(); ++i)
         if (!fields[i].hidden)
             m_columns.push_back(int(i));
@@ -70,7 +70,7 @@ void MasterRowsModel::setRows(std::vector<RowValues> rows) {
 }
 
 int MasterRowsModel::findRow(const RowValues& keyOf) const {
-    const auto keys = m_store.spec().keyFields();
+    const auto keys = m_store.def().keyFields();
     for (size_t r = 0; r < m_rows.size(); ++r) {
         bool same = true;
         for (int k : keys)
@@ -93,7 +93,7 @@ QVariant MasterRowsModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid())
         return {};
     const int field = m_columns[size_t(index.column())];
-    const FieldSpec& f = m_store.spec().fields[size_t(field)];
+    const FieldDef& f = m_store.def().fields[size_t(field)];
     const QVariant& v = m_rows[size_t(index.row())][size_t(field)];
     switch (role) {
     case Qt::DisplayRole:
@@ -117,36 +117,36 @@ QVariant MasterRowsModel::data(const QModelIndex& index, int role) const {
 
 QVariant MasterRowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return m_store.spec().fields[size_t(m_columns[size_t(section)])].caption;
+        return m_store.def().fields[size_t(m_columns[size_t(section)])].caption;
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
 // ---------------------------------------------------------------------------------------------
 
-MasterDataEditor::MasterDataEditor(const Conn& conn, const TableSpec& spec, QWidget* parent)
-    : QWidget(parent), m_store(conn, spec) {
-    setObjectName(QStringLiteral("MasterData_") + spec.id);
+MasterDataEditor::MasterDataEditor(const Conn& conn, const TableDef& def, QWidget* parent)
+    : QWidget(parent), m_store(conn, def) {
+    setObjectName(QStringLiteral("MasterData_") + def.id);
     buildUi();
-    if (const TableSpec* detailSpec = detailOf(spec)) {
-        m_detail = new MasterDataEditor(conn, *detailSpec, this);
+    if (const TableDef* detailDef = detailOf(def)) {
+        m_detail = new MasterDataEditor(conn, *detailDef, this);
         layout()->addWidget(m_detail);
         m_detail->setParentKey(QVariant());
     }
-    if (spec.parentColumn.isEmpty())
+    if (def.parentColumn.isEmpty())
         reload();
 }
 
 MasterDataEditor::~MasterDataEditor() = default;
 
 void MasterDataEditor::buildUi() {
-    const TableSpec& spec = m_store.spec();
-    const bool isDetail = !spec.parentColumn.isEmpty();
+    const TableDef& def = m_store.def();
+    const bool isDetail = !def.parentColumn.isEmpty();
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(isDetail ? 0 : 12, isDetail ? 6 : 12, isDetail ? 0 : 12,
                               isDetail ? 0 : 12);
 
     auto* top = new QHBoxLayout;
-    auto* title = new QLabel(spec.title, this);
+    auto* title = new QLabel(def.title, this);
     QFont big = title->font();
     big.setPointSizeF(big.pointSizeF() * (isDetail ? 1.1 : 1.35));
     big.setBold(true);
@@ -206,9 +206,9 @@ void MasterDataEditor::buildUi() {
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_editors.assign(spec.fields.size(), nullptr);
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
-        const FieldSpec& f = spec.fields[i];
+    m_editors.assign(def.fields.size(), nullptr);
+    for (size_t i = 0; i < def.fields.size(); ++i) {
+        const FieldDef& f = def.fields[i];
         if (f.hidden)
             continue;
         QWidget* editor = nullptr;
@@ -297,16 +297,16 @@ void MasterDataEditor::buildUi() {
 }
 
 void MasterDataEditor::fillLookups() {
-    const TableSpec& spec = m_store.spec();
+    const TableDef& def = m_store.def();
     const bool wasLoading = m_loading;
     m_loading = true;
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
+    for (size_t i = 0; i < def.fields.size(); ++i) {
         auto* combo = qobject_cast<QComboBox*>(m_editors[i]);
         if (!combo)
             continue;
         const QVariant keep = combo->currentData();
         combo->clear();
-        if (!spec.fields[i].required)
+        if (!def.fields[i].required)
             combo->addItem(QString(), QVariant());
         try {
             for (const LookupItem& item : m_store.lookupList(int(i)))
@@ -334,7 +334,7 @@ void MasterDataEditor::reload() {
     std::optional<RowValues> keep = m_original;
     std::vector<RowValues> rows;
     try {
-        if (m_store.spec().parentColumn.isEmpty() || !m_parentKey.isNull())
+        if (m_store.def().parentColumn.isEmpty() || !m_parentKey.isNull())
             rows = m_store.load(m_parentKey);
     } catch (const DbError& e) {
         showError(this, e.source(), e.description());
@@ -403,17 +403,17 @@ void MasterDataEditor::onCurrentChanged(const QModelIndex& current, const QModel
 }
 
 void MasterDataEditor::showRow(const RowValues* row) {
-    const TableSpec& spec = m_store.spec();
+    const TableDef& def = m_store.def();
     m_loading = true;
     if (row)
         m_original = *row;
     else
         m_original.reset();
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
+    for (size_t i = 0; i < def.fields.size(); ++i) {
         QWidget* w = m_editors[i];
         if (!w)
             continue;
-        const FieldSpec& f = spec.fields[i];
+        const FieldDef& f = def.fields[i];
         const QVariant v = row ? (*row)[i] : QVariant();
         if (auto* line = qobject_cast<QLineEdit*>(w)) {
             line->setText(valueText(f, v));
@@ -430,12 +430,12 @@ void MasterDataEditor::showRow(const RowValues* row) {
         }
     }
     m_loading = false;
-    m_formTitle->setText(row ? QStringLiteral("Change %1").arg(spec.noun)
-                             : QStringLiteral("New %1").arg(spec.noun));
+    m_formTitle->setText(row ? QStringLiteral("Change %1").arg(def.noun)
+                             : QStringLiteral("New %1").arg(def.noun));
     m_delete->setEnabled(row != nullptr);
     setDirty(false);
     if (m_detail) {
-        const int key = spec.keyFields().front();
+        const int key = def.keyFields().front();
         m_detail->setParentKey(row ? (*row)[size_t(key)] : QVariant());
     }
 }
@@ -449,12 +449,12 @@ void MasterDataEditor::setDirty(bool dirty) {
 }
 
 std::vector<QVariant> MasterDataEditor::readInput() const {
-    const TableSpec& spec = m_store.spec();
-    std::vector<QVariant> input(spec.fields.size());
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
+    const TableDef& def = m_store.def();
+    std::vector<QVariant> input(def.fields.size());
+    for (size_t i = 0; i < def.fields.size(); ++i) {
         QWidget* w = m_editors[i];
         if (!w) {
-            if (spec.fields[i].column == spec.parentColumn)
+            if (def.fields[i].column == def.parentColumn)
                 input[i] = m_parentKey;
             continue;
         }
@@ -487,10 +487,10 @@ void MasterDataEditor::newRow() {
     m_view->setCurrentIndex(QModelIndex());
     m_loading = false;
     showRow(nullptr);
-    const TableSpec& spec = m_store.spec();
+    const TableDef& def = m_store.def();
     int first = -1;
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
-        const FieldSpec& f = spec.fields[i];
+    for (size_t i = 0; i < def.fields.size(); ++i) {
+        const FieldDef& f = def.fields[i];
         if (f.autoKey && m_editors[i]) {
             try {
                 qobject_cast<QLineEdit*>(m_editors[i])
@@ -510,14 +510,14 @@ void MasterDataEditor::newRow() {
 bool MasterDataEditor::save() {
     if (!isEnabled())
         return false;
-    const TableSpec& spec = m_store.spec();
+    const TableDef& def = m_store.def();
     RowValues row;
-    auto problem = MasterDataStore::parse(spec, readInput(), &row);
+    auto problem = MasterDataStore::parse(def, readInput(), &row);
     try {
         if (!problem)
             problem = m_store.validate(row, m_original ? &*m_original : nullptr);
         if (problem) {
-            QMessageBox::warning(this, spec.title, problem->message);
+            QMessageBox::warning(this, def.title, problem->message);
             focusField(problem->field);
             return false;
         }
@@ -541,14 +541,14 @@ bool MasterDataEditor::save() {
 bool MasterDataEditor::removeCurrent(bool ask) {
     if (!isEnabled() || !m_original)
         return false;
-    const TableSpec& spec = m_store.spec();
+    const TableDef& def = m_store.def();
     const RowValues row = *m_original;
     QString label;
-    for (size_t i = 0; i < spec.fields.size() && label.isEmpty(); ++i)
-        if (!spec.fields[i].key && spec.fields[i].type != FieldType::Flag)
+    for (size_t i = 0; i < def.fields.size() && label.isEmpty(); ++i)
+        if (!def.fields[i].key && def.fields[i].type != FieldType::Flag)
             label = m_store.displayText(int(i), row[i]);
     if (ask && QMessageBox::question(
-                   this, spec.title, QStringLiteral("Delete the %1 \"%2\"?").arg(spec.noun, label),
+                   this, def.title, QStringLiteral("Delete the %1 \"%2\"?").arg(def.noun, label),
                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return false;
     try {
@@ -557,7 +557,7 @@ bool MasterDataEditor::removeCurrent(bool ask) {
         const bool inUse = e.description().contains(QLatin1String("cannot be deleted"));
         if (inUse) {
             logError(e.source(), e.description());
-            QMessageBox::warning(this, spec.title, e.description());
+            QMessageBox::warning(this, def.title, e.description());
         } else {
             showError(this, e.source(), e.description());
         }
@@ -595,8 +595,8 @@ bool MasterDataEditor::settleChanges() {
     if (!m_dirty)
         return true;
     const auto answer = QMessageBox::question(
-        this, m_store.spec().title,
-        QStringLiteral("Save the changes to this %1?").arg(m_store.spec().noun),
+        this, m_store.def().title,
+        QStringLiteral("Save the changes to this %1?").arg(m_store.def().noun),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Cancel)
         return false;
@@ -611,7 +611,7 @@ void MasterDataEditor::fitColumns() {
     // The first name column takes the spare width, so that flags stay narrow.
     int stretch = -1, used = 0;
     for (int c = 0; c < m_model->columnCount(); ++c) {
-        const FieldSpec& f = spec().fields[size_t(m_model->fieldOfColumn(c))];
+        const FieldDef& f = def().fields[size_t(m_model->fieldOfColumn(c))];
         if (stretch < 0 && !f.key && (f.type == FieldType::Text || f.type == FieldType::Lookup))
             stretch = c;
         used += m_view->columnWidth(c);

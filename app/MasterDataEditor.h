@@ -47,10 +47,10 @@ private:
 class MasterDataEditor : public QWidget {
     Q_OBJECT
 public:
-    MasterDataEditor(const Conn& conn, const TableSpec& spec, QWidget* parent = nullptr);
+    MasterDataEditor(const Conn& conn, const TableDef& def, QWidget* parent = nullptr);
     ~MasterDataEditor() override;
 
-    const TableSpec& spec() const { return m_store.spec(); }
+    const TableDef& def() const { return m_store.def(); }
     const MasterDataStore& store() const { return m_store; }
     QTableView* view() const { return m_view; }
     // The list of rows that belong to the current row (components of a process), or null.

@@ -14,7 +14,7 @@ namespace gm::host {
 
 namespace {
 
-// Table and column names below come only from the compiled-in TableSpecs, never from the
+// Table and column names below come only from the compiled-in table descriptions, never from the
 // clerk, so they may stand in the statement text; every value is bound.
 
 QVariant typedNull(FieldType type, bool intKey) {
@@ -40,7 +40,7 @@ bool isEmptyValue(const QVariant& v) {
     return v.isNull() || (v.typeId() == QMetaType::QString && v.toString().trimmed().isEmpty());
 }
 
-QVariant fromDb(const FieldSpec& f, const QVariant& v) {
+QVariant fromDb(const FieldDef& f, const QVariant& v) {
     if (f.type == FieldType::Flag)
         return QVariant(!v.isNull() && v.toInt() != 0);
     if (v.isNull())
@@ -69,13 +69,13 @@ bool sameValue(const QVariant& a, const QVariant& b) {
 
 } // namespace
 
-MasterDataStore::MasterDataStore(const Conn& conn, const TableSpec& spec)
-    : m_conn(conn), m_spec(spec), m_lookups(spec.fields.size()) {}
+MasterDataStore::MasterDataStore(const Conn& conn, const TableDef& def)
+    : m_conn(conn), m_def(def), m_lookups(def.fields.size()) {}
 
 std::vector<int> MasterDataStore::fieldsOf(bool secondary) const {
     std::vector<int> out;
-    for (size_t i = 0; i < m_spec.fields.size(); ++i)
-        if (m_spec.fields[i].secondary == secondary)
+    for (size_t i = 0; i < m_def.fields.size(); ++i)
+        if (m_def.fields[i].secondary == secondary)
             out.push_back(int(i));
     return out;
 }
@@ -83,7 +83,7 @@ std::vector<int> MasterDataStore::fieldsOf(bool secondary) const {
 std::vector<int> MasterDataStore::insertedFields(bool secondary) const {
     std::vector<int> out;
     for (int i : fieldsOf(secondary))
-        if (!m_spec.fields[size_t(i)].generated)
+        if (!m_def.fields[size_t(i)].generated)
             out.push_back(i);
     return out;
 }
@@ -91,30 +91,30 @@ std::vector<int> MasterDataStore::insertedFields(bool secondary) const {
 QString MasterDataStore::columnList(bool secondary) const {
     QStringList cols;
     for (int i : fieldsOf(secondary))
-        cols << m_spec.fields[i].column;
+        cols << m_def.fields[i].column;
     return cols.join(QStringLiteral(", "));
 }
 
 std::vector<RowValues> MasterDataStore::load(const QVariant& parent) const {
     QStringList cols;
-    for (const FieldSpec& f : m_spec.fields)
+    for (const FieldDef& f : m_def.fields)
         cols << (f.secondary ? QStringLiteral("s.") : QStringLiteral("t.")) + f.column;
     QString sql =
-        QStringLiteral("SELECT %1 FROM %2 t").arg(cols.join(QStringLiteral(", ")), m_spec.table);
-    if (!m_spec.secondaryTable.isEmpty()) {
-        const auto keys = m_spec.keyFields();
+        QStringLiteral("SELECT %1 FROM %2 t").arg(cols.join(QStringLiteral(", ")), m_def.table);
+    if (!m_def.secondaryTable.isEmpty()) {
+        const auto keys = m_def.keyFields();
         sql += QStringLiteral(" JOIN %1 s ON s.%2 = t.%3")
-                   .arg(m_spec.secondaryTable, m_spec.secondaryKeyColumn,
-                        m_spec.fields[keys.front()].column);
+                   .arg(m_def.secondaryTable, m_def.secondaryKeyColumn,
+                        m_def.fields[keys.front()].column);
     }
-    const bool filtered = !m_spec.parentColumn.isEmpty();
+    const bool filtered = !m_def.parentColumn.isEmpty();
     if (filtered)
-        sql += QStringLiteral(" WHERE t.%1 = ?").arg(m_spec.parentColumn);
-    if (!m_spec.orderBy.isEmpty()) {
-        const int order = m_spec.fieldIndex(m_spec.orderBy);
-        const bool secondary = order >= 0 && m_spec.fields[order].secondary;
+        sql += QStringLiteral(" WHERE t.%1 = ?").arg(m_def.parentColumn);
+    if (!m_def.orderBy.isEmpty()) {
+        const int order = m_def.fieldIndex(m_def.orderBy);
+        const bool secondary = order >= 0 && m_def.fields[order].secondary;
         sql += QStringLiteral(" ORDER BY %1%2")
-                   .arg(secondary ? QStringLiteral("s.") : QStringLiteral("t."), m_spec.orderBy);
+                   .arg(secondary ? QStringLiteral("s.") : QStringLiteral("t."), m_def.orderBy);
     }
     Query q(m_conn, sql);
     if (filtered)
@@ -122,9 +122,9 @@ std::vector<RowValues> MasterDataStore::load(const QVariant& parent) const {
     q.exec();
     std::vector<RowValues> rows;
     while (q.next()) {
-        RowValues row(m_spec.fields.size());
-        for (size_t i = 0; i < m_spec.fields.size(); ++i)
-            row[i] = fromDb(m_spec.fields[i], q.value(int(i)));
+        RowValues row(m_def.fields.size());
+        for (size_t i = 0; i < m_def.fields.size(); ++i)
+            row[i] = fromDb(m_def.fields[i], q.value(int(i)));
         rows.push_back(std::move(row));
     }
     return rows;
@@ -134,7 +134,7 @@ LookupList MasterDataStore::lookupList(int field) const {
     auto& cached = m_lookups[size_t(field)];
     if (!cached) {
         LookupList list;
-        Query q(m_conn, m_spec.fields[size_t(field)].lookupSql);
+        Query q(m_conn, m_def.fields[size_t(field)].lookupSql);
         q.exec();
         while (q.next())
             list.push_back({toText(q.value(1)), toText(q.value(0))});
@@ -150,16 +150,16 @@ void MasterDataStore::clearLookups() const {
 
 qint64 MasterDataStore::nextKey(int field) const {
     const QString sql = QStringLiteral("SELECT COALESCE(MAX(%1), 0) + 1 FROM %2")
-                            .arg(m_spec.fields[size_t(field)].column, m_spec.table);
+                            .arg(m_def.fields[size_t(field)].column, m_def.table);
     return toInt(scalar(m_conn, sql));
 }
 
-std::optional<Problem> MasterDataStore::parse(const TableSpec& spec,
+std::optional<Problem> MasterDataStore::parse(const TableDef& def,
                                               const std::vector<QVariant>& input, RowValues* row) {
     const QLocale c = QLocale::c();
-    RowValues out(spec.fields.size());
-    for (size_t i = 0; i < spec.fields.size(); ++i) {
-        const FieldSpec& f = spec.fields[i];
+    RowValues out(def.fields.size());
+    for (size_t i = 0; i < def.fields.size(); ++i) {
+        const FieldDef& f = def.fields[i];
         const QVariant in = i < input.size() ? input[i] : QVariant();
         const auto problem = [&](const QString& why) {
             return Problem{int(i), why.arg(f.caption)};
@@ -213,8 +213,8 @@ std::optional<Problem> MasterDataStore::parse(const TableSpec& spec,
 
 std::optional<Problem> MasterDataStore::validate(const RowValues& row,
                                                  const RowValues* original) const {
-    for (size_t i = 0; i < m_spec.fields.size(); ++i) {
-        const FieldSpec& f = m_spec.fields[i];
+    for (size_t i = 0; i < m_def.fields.size(); ++i) {
+        const FieldDef& f = m_def.fields[i];
         const QVariant& v = row[i];
         if (f.generated)
             continue;
@@ -232,37 +232,37 @@ std::optional<Problem> MasterDataStore::validate(const RowValues& row,
     }
 
     // The key: a new row may not take one that exists; a saved row's key does not change.
-    const auto keys = m_spec.keyFields();
-    const bool generatedKey = std::any_of(
-        keys.begin(), keys.end(), [&](int k) { return m_spec.fields[size_t(k)].generated; });
+    const auto keys = m_def.keyFields();
+    const bool generatedKey = std::any_of(keys.begin(), keys.end(),
+                                          [&](int k) { return m_def.fields[size_t(k)].generated; });
     if (!original && !generatedKey) {
         QStringList cond;
         for (int k : keys)
-            cond << m_spec.fields[size_t(k)].column + QStringLiteral(" = ?");
+            cond << m_def.fields[size_t(k)].column + QStringLiteral(" = ?");
         Query q(m_conn, QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2")
-                            .arg(m_spec.table, cond.join(QStringLiteral(" AND "))));
+                            .arg(m_def.table, cond.join(QStringLiteral(" AND "))));
         for (int k : keys)
             q.bind(bindable(k, row[size_t(k)]));
         q.exec();
         if (q.next() && toInt(q.value(0)) > 0) {
             const int shown = keys.size() == 1 ? keys.front() : keys.back();
-            const FieldSpec& f = m_spec.fields[size_t(shown)];
+            const FieldDef& f = m_def.fields[size_t(shown)];
             QString message =
                 keys.size() == 1
                     ? QStringLiteral("%1 %2 is already used by another %3.")
-                          .arg(f.caption, displayText(shown, row[size_t(shown)]), m_spec.noun)
-                    : QStringLiteral("This %1 is already in the list.").arg(m_spec.noun);
+                          .arg(f.caption, displayText(shown, row[size_t(shown)]), m_def.noun)
+                    : QStringLiteral("This %1 is already in the list.").arg(m_def.noun);
             return Problem{shown, message};
         }
     }
 
-    for (size_t i = 0; i < m_spec.fields.size(); ++i) {
-        const FieldSpec& f = m_spec.fields[i];
+    for (size_t i = 0; i < m_def.fields.size(); ++i) {
+        const FieldDef& f = m_def.fields[i];
         if (!f.unique || isEmptyValue(row[i]))
             continue;
         if (original && sameValue((*original)[i], row[i]))
             continue;
-        const QString table = f.secondary ? m_spec.secondaryTable : m_spec.table;
+        const QString table = f.secondary ? m_def.secondaryTable : m_def.table;
         // Names are unique without regard to case, as the lists are searched that way.
         QString sql = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE LOWER(%2) = LOWER(?)")
                           .arg(table, f.column);
@@ -270,7 +270,7 @@ std::optional<Problem> MasterDataStore::validate(const RowValues& row,
             sql = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 = ?").arg(table, f.column);
         if (original) {
             for (int k : keys)
-                sql += QStringLiteral(" AND NOT (%1 = ?)").arg(m_spec.fields[size_t(k)].column);
+                sql += QStringLiteral(" AND NOT (%1 = ?)").arg(m_def.fields[size_t(k)].column);
         }
         Query q(m_conn, sql);
         q.bind(bindable(int(i), row[i]));
@@ -286,7 +286,7 @@ std::optional<Problem> MasterDataStore::validate(const RowValues& row,
 }
 
 QVariant MasterDataStore::bindable(int field, const QVariant& value) const {
-    const FieldSpec& f = m_spec.fields[size_t(field)];
+    const FieldDef& f = m_def.fields[size_t(field)];
     if (isEmptyValue(value) && f.type != FieldType::Text && f.type != FieldType::Flag)
         return typedNull(f.type, f.lookupIntKey);
     switch (f.type) {
@@ -308,38 +308,38 @@ QVariant MasterDataStore::bindable(int field, const QVariant& value) const {
 
 QString MasterDataStore::keyCondition(bool secondary) const {
     if (secondary)
-        return m_spec.secondaryKeyColumn + QStringLiteral(" = ?");
+        return m_def.secondaryKeyColumn + QStringLiteral(" = ?");
     QStringList cond;
-    for (int k : m_spec.keyFields())
-        cond << m_spec.fields[size_t(k)].column + QStringLiteral(" = ?");
+    for (int k : m_def.keyFields())
+        cond << m_def.fields[size_t(k)].column + QStringLiteral(" = ?");
     return cond.join(QStringLiteral(" AND "));
 }
 
 void MasterDataStore::bindKey(Query& q, const RowValues& row) const {
-    for (int k : m_spec.keyFields())
+    for (int k : m_def.keyFields())
         q.bind(bindable(k, row[size_t(k)]));
 }
 
 void MasterDataStore::insert(const RowValues& row) const {
     if (auto p = validate(row, nullptr))
-        throw DbError(p->message, m_spec.title);
+        throw DbError(p->message, m_def.title);
     Transaction tx(m_conn);
     for (bool secondary : {false, true}) {
-        if (secondary && m_spec.secondaryTable.isEmpty())
+        if (secondary && m_def.secondaryTable.isEmpty())
             break;
         const auto fields = insertedFields(secondary);
         QStringList cols, marks;
         if (secondary) {
-            cols << m_spec.secondaryKeyColumn;
+            cols << m_def.secondaryKeyColumn;
             marks << QStringLiteral("?");
         }
         for (int i : fields) {
-            cols << m_spec.fields[size_t(i)].column;
+            cols << m_def.fields[size_t(i)].column;
             marks << QStringLiteral("?");
         }
         Query q(m_conn,
                 QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                    .arg(secondary ? m_spec.secondaryTable : m_spec.table,
+                    .arg(secondary ? m_def.secondaryTable : m_def.table,
                          cols.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))));
         if (secondary)
             bindKey(q, row);
@@ -352,23 +352,23 @@ void MasterDataStore::insert(const RowValues& row) const {
 
 void MasterDataStore::update(const RowValues& original, const RowValues& row) const {
     if (auto p = validate(row, &original))
-        throw DbError(p->message, m_spec.title);
+        throw DbError(p->message, m_def.title);
     Transaction tx(m_conn);
     for (bool secondary : {false, true}) {
-        if (secondary && m_spec.secondaryTable.isEmpty())
+        if (secondary && m_def.secondaryTable.isEmpty())
             break;
         QStringList sets;
         std::vector<int> changed;
         for (int i : fieldsOf(secondary)) {
-            if (m_spec.fields[size_t(i)].key)
+            if (m_def.fields[size_t(i)].key)
                 continue;
-            sets << m_spec.fields[size_t(i)].column + QStringLiteral(" = ?");
+            sets << m_def.fields[size_t(i)].column + QStringLiteral(" = ?");
             changed.push_back(i);
         }
         if (sets.isEmpty())
             continue;
         Query q(m_conn, QStringLiteral("UPDATE %1 SET %2 WHERE %3")
-                            .arg(secondary ? m_spec.secondaryTable : m_spec.table,
+                            .arg(secondary ? m_def.secondaryTable : m_def.table,
                                  sets.join(QStringLiteral(", ")), keyCondition(secondary)));
         for (int i : changed)
             q.bind(bindable(i, row[size_t(i)]));
@@ -376,38 +376,38 @@ void MasterDataStore::update(const RowValues& original, const RowValues& row) co
         q.exec();
         if (q.numRowsAffected() == 0)
             throw DbError(QStringLiteral("This %1 was removed by someone else in the meantime.")
-                              .arg(m_spec.noun),
-                          m_spec.title);
+                              .arg(m_def.noun),
+                          m_def.title);
     }
     tx.commit();
 }
 
 QString MasterDataStore::referencedBy(const RowValues& row) const {
     DocumentKey key;
-    for (int k : m_spec.keyFields())
-        key.push_back({m_spec.fields[size_t(k)].column, bindable(k, row[size_t(k)])});
-    if (!m_spec.secondaryTable.isEmpty()) {
-        const DocumentKey partyKey{{m_spec.secondaryKeyColumn, key.front().value}};
-        const QString hit = FindReferencingTable(m_conn, m_spec.secondaryTable, partyKey);
+    for (int k : m_def.keyFields())
+        key.push_back({m_def.fields[size_t(k)].column, bindable(k, row[size_t(k)])});
+    if (!m_def.secondaryTable.isEmpty()) {
+        const DocumentKey partyKey{{m_def.secondaryKeyColumn, key.front().value}};
+        const QString hit = FindReferencingTable(m_conn, m_def.secondaryTable, partyKey);
         if (!hit.isEmpty())
             return hit;
     }
-    if (!m_spec.childColumn.isEmpty()) {
-        const auto keys = m_spec.keyFields();
+    if (!m_def.childColumn.isEmpty()) {
+        const auto keys = m_def.keyFields();
         const QString sql = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 = ?")
-                                .arg(m_spec.table, m_spec.childColumn);
+                                .arg(m_def.table, m_def.childColumn);
         if (toInt(scalar(m_conn, sql, {key.front().value})) > 0)
-            return m_spec.table;
+            return m_def.table;
     }
-    QStringList exclusions = m_spec.ownedBy;
-    if (!m_spec.secondaryTable.isEmpty())
-        exclusions << m_spec.secondaryTable;
-    return FindReferencingTable(m_conn, m_spec.table, key, exclusions);
+    QStringList exclusions = m_def.ownedBy;
+    if (!m_def.secondaryTable.isEmpty())
+        exclusions << m_def.secondaryTable;
+    return FindReferencingTable(m_conn, m_def.table, key, exclusions);
 }
 
 QString MasterDataStore::inUseMessage(const QString& table) const {
     return QStringLiteral("This %1 cannot be deleted: it is used in (%2).")
-        .arg(m_spec.noun, canonicalTableName(table));
+        .arg(m_def.noun, canonicalTableName(table));
 }
 
 void MasterDataStore::remove(const RowValues& row) const {
@@ -415,11 +415,11 @@ void MasterDataStore::remove(const RowValues& row) const {
     // Asked inside the removal's transaction so no document can slip in between.
     const QString hit = referencedBy(row);
     if (!hit.isEmpty())
-        throw DbError(inUseMessage(hit), m_spec.title);
+        throw DbError(inUseMessage(hit), m_def.title);
     auto run = [&](const QString& sql, bool secondary) {
         Query q(m_conn, sql);
         if (secondary)
-            q.bind(bindable(m_spec.keyFields().front(), row[size_t(m_spec.keyFields().front())]));
+            q.bind(bindable(m_def.keyFields().front(), row[size_t(m_def.keyFields().front())]));
         else
             bindKey(q, row);
         try {
@@ -428,28 +428,27 @@ void MasterDataStore::remove(const RowValues& row) const {
             // The database's own keys are the last word when the guard missed a dependant.
             throw DbError(QStringLiteral("This %1 cannot be deleted: other records still use "
                                          "it.\n\n%2")
-                              .arg(m_spec.noun, e.description()),
-                          m_spec.title);
+                              .arg(m_def.noun, e.description()),
+                          m_def.title);
         }
     };
-    for (const QString& owned : m_spec.ownedBy) {
+    for (const QString& owned : m_def.ownedBy) {
         // Rows that belong to this one (a process's components) go with it.
-        const int parentKey = m_spec.keyFields().front();
+        const int parentKey = m_def.keyFields().front();
         Query q(m_conn, QStringLiteral("DELETE FROM %1 WHERE %2 = ?")
-                            .arg(owned, m_spec.fields[size_t(parentKey)].column));
+                            .arg(owned, m_def.fields[size_t(parentKey)].column));
         q.bind(bindable(parentKey, row[size_t(parentKey)]));
         q.exec();
     }
-    if (!m_spec.secondaryTable.isEmpty())
-        run(QStringLiteral("DELETE FROM %1 WHERE %2")
-                .arg(m_spec.secondaryTable, keyCondition(true)),
+    if (!m_def.secondaryTable.isEmpty())
+        run(QStringLiteral("DELETE FROM %1 WHERE %2").arg(m_def.secondaryTable, keyCondition(true)),
             true);
-    run(QStringLiteral("DELETE FROM %1 WHERE %2").arg(m_spec.table, keyCondition(false)), false);
+    run(QStringLiteral("DELETE FROM %1 WHERE %2").arg(m_def.table, keyCondition(false)), false);
     tx.commit();
 }
 
 QString MasterDataStore::displayText(int field, const QVariant& value) const {
-    const FieldSpec& f = m_spec.fields[size_t(field)];
+    const FieldDef& f = m_def.fields[size_t(field)];
     if (value.isNull())
         return QString();
     switch (f.type) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MasterDataSpec.h"
+#include "MasterTables.h"
 #include "services/LookupItem.h"
 
 #include <QVariant>
@@ -15,7 +15,7 @@ class Query;
 
 namespace gm::host {
 
-// One row of a master list, one value per field of its TableSpec, already typed: text as
+// One row of a master list, one value per field of its TableDef, already typed: text as
 // QString, whole numbers as qint64, decimals as double, flags as bool, dates as QDate, lookup
 // keys as the lookup's key type; a null QVariant for an empty optional value.
 using RowValues = std::vector<QVariant>;
@@ -30,9 +30,9 @@ struct Problem {
 // RowValues and calls this, so every rule is testable without a window.
 class MasterDataStore {
 public:
-    MasterDataStore(const Conn& conn, const TableSpec& spec);
+    MasterDataStore(const Conn& conn, const TableDef& def);
 
-    const TableSpec& spec() const { return m_spec; }
+    const TableDef& def() const { return m_def; }
 
     // The rows in the list's order; a detail list only the rows of `parent`.
     std::vector<RowValues> load(const QVariant& parent = {}) const;
@@ -44,7 +44,7 @@ public:
 
     // Turns what the clerk typed (texts for text and number fields, typed values for the
     // others) into a row; the first field that does not read gives the problem.
-    static std::optional<Problem> parse(const TableSpec& spec, const std::vector<QVariant>& input,
+    static std::optional<Problem> parse(const TableDef& def, const std::vector<QVariant>& input,
                                         RowValues* row);
     // Required fields, ranges and unique values. `original` is the saved row being changed,
     // null for a new row.
@@ -72,7 +72,7 @@ private:
     void bindKey(Query& q, const RowValues& row) const;
 
     const Conn& m_conn;
-    TableSpec m_spec;
+    TableDef m_def;
     mutable std::vector<std::optional<LookupList>> m_lookups;
 };
 

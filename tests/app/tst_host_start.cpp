@@ -165,7 +165,7 @@ void TstHostStart::mainWindowMenusAndStatus() {
     QCOMPARE(tabs->count(), 2);
     auto* list = qobject_cast<MasterDataEditor*>(tabs->currentWidget());
     QVERIFY(list);
-    QCOMPARE(list->spec().id, QStringLiteral("commodities"));
+    QCOMPARE(list->def().id, QStringLiteral("commodities"));
     QVERIFY(list->visibleRowCount() > 0);
 
     // Closing the window closes the open document screens first.

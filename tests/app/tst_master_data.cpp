@@ -19,18 +19,18 @@ using namespace gm::host;
 
 namespace {
 
-const TableSpec& spec(const char* id) {
-    const TableSpec* s = findMasterTable(QString::fromLatin1(id));
+const TableDef& def(const char* id) {
+    const TableDef* s = findMasterTable(QString::fromLatin1(id));
     Q_ASSERT(s);
     return *s;
 }
 
 // The row a clerk would type: texts for text and number fields, typed values for the rest,
 // given by column so the test reads like the form.
-std::vector<QVariant> input(const TableSpec& s, const QVariantMap& byColumn) {
+std::vector<QVariant> input(const TableDef& s, const QVariantMap& byColumn) {
     std::vector<QVariant> in(s.fields.size());
     for (size_t i = 0; i < s.fields.size(); ++i) {
-        const FieldSpec& f = s.fields[i];
+        const FieldDef& f = s.fields[i];
         QVariant v = byColumn.value(f.column);
         if (!v.isValid() && (f.type == FieldType::Text || f.type == FieldType::Integer ||
                              f.type == FieldType::Decimal))
@@ -40,7 +40,7 @@ std::vector<QVariant> input(const TableSpec& s, const QVariantMap& byColumn) {
     return in;
 }
 
-RowValues row(const TableSpec& s, const QVariantMap& byColumn) {
+RowValues row(const TableDef& s, const QVariantMap& byColumn) {
     RowValues r;
     const auto problem = MasterDataStore::parse(s, input(s, byColumn), &r);
     if (problem)
@@ -49,7 +49,7 @@ RowValues row(const TableSpec& s, const QVariantMap& byColumn) {
 }
 
 void insert(const Conn& c, const char* id, const QVariantMap& values) {
-    MasterDataStore(c, spec(id)).insert(row(spec(id), values));
+    MasterDataStore(c, def(id)).insert(row(def(id), values));
 }
 
 // A small mill of our own, so the tests do not hang on the sample mill's contents.
@@ -193,7 +193,7 @@ void TstMasterData::validationRefuses() {
     QFETCH(QString, message);
     auto conn = test::freshConn();
     seed(*conn);
-    const TableSpec& s = *findMasterTable(list);
+    const TableDef& s = *findMasterTable(list);
     MasterDataStore store(*conn, s);
     RowValues r;
     auto problem = MasterDataStore::parse(s, input(s, values), &r);
@@ -221,7 +221,7 @@ void TstMasterData::partyIsTwoRowsKeptTogether() {
     GM_REQUIRE_ENGINE();
     auto conn = test::freshConn();
     seed(*conn);
-    const TableSpec& s = spec("parties");
+    const TableDef& s = def("parties");
     MasterDataStore store(*conn, s);
 
     // A party whose Parties row fails (an unknown city) leaves no account behind.
@@ -304,7 +304,7 @@ void TstMasterData::usedRowCannotBeDeleted() {
     seed(*conn);
     if (withContract)
         addContract(*conn, 1, QStringLiteral("6001"), 1);
-    const TableSpec& s = *findMasterTable(list);
+    const TableDef& s = *findMasterTable(list);
     MasterDataStore store(*conn, s);
     const auto rows = store.load();
     const int keyField = s.fieldIndex(keyColumn);
@@ -326,7 +326,7 @@ void TstMasterData::processTakesItsComponentsAlong() {
     auto conn = test::freshConn();
     seed(*conn);
     insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
-    const TableSpec& parts = spec("processcomponents");
+    const TableDef& parts = def("processcomponents");
     MasterDataStore components(*conn, parts);
     components.insert(
         row(parts, {{"ProcessId", qint64(1)}, {"CommodityId", 1}, {"IsForInput", true}}));
@@ -342,7 +342,7 @@ void TstMasterData::processTakesItsComponentsAlong() {
     QCOMPARE(problem->message,
              QStringLiteral("This commodity of the process is already in the list."));
 
-    MasterDataStore processes(*conn, spec("processes"));
+    MasterDataStore processes(*conn, def("processes"));
     processes.remove(processes.load().front());
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM ProcessComponents")), 0);
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Processes")), 0);
@@ -352,7 +352,7 @@ void TstMasterData::ledgerEntriesAreNumberedByTheDatabase() {
     GM_REQUIRE_ENGINE();
     auto conn = test::freshConn();
     seed(*conn);
-    const TableSpec& s = spec("ledger");
+    const TableDef& s = def("ledger");
     MasterDataStore store(*conn, s);
     for (const char* debit : {"1500.25", "0"})
         store.insert(row(s, {{"AccountNo", "6001"},
@@ -377,7 +377,7 @@ void TstMasterData::editorByKeyboard() {
     GM_REQUIRE_ENGINE();
     auto conn = test::freshConn();
     seed(*conn);
-    MasterDataEditor editor(*conn, spec("cities"));
+    MasterDataEditor editor(*conn, def("cities"));
     editor.resize(900, 500);
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));
@@ -438,7 +438,7 @@ void TstMasterData::editorRefusesDeletingUsedRow() {
     auto conn = test::freshConn();
     seed(*conn);
     addContract(*conn, 1, QStringLiteral("6001"), 1);
-    MasterDataEditor editor(*conn, spec("commodities"));
+    MasterDataEditor editor(*conn, def("commodities"));
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));
     editor.view()->setFocus();
@@ -459,7 +459,7 @@ void TstMasterData::detailListKeepsItsOwnKeys() {
     auto conn = test::freshConn();
     seed(*conn);
     insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
-    MasterDataEditor editor(*conn, spec("processes"));
+    MasterDataEditor editor(*conn, def("processes"));
     editor.resize(900, 700);
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));

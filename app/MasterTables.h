@@ -17,7 +17,7 @@ enum class FieldType {
 };
 
 // One column of a master list as the clerk sees and edits it.
-struct FieldSpec {
+struct FieldDef {
     QString column;
     QString caption;
     FieldType type = FieldType::Text;
@@ -37,7 +37,7 @@ struct FieldSpec {
 };
 
 // A master list: the table it edits and how its rows look.
-struct TableSpec {
+struct TableDef {
     QString id;    // stable name used by menus and tests ("commodities")
     QString title; // "Commodities"
     QString noun;  // one row in the clerk's words: "commodity"
@@ -46,7 +46,7 @@ struct TableSpec {
     // secondaryKeyColumn = the first table's key (a party is an account and a Parties row).
     QString secondaryTable;
     QString secondaryKeyColumn;
-    std::vector<FieldSpec> fields;
+    std::vector<FieldDef> fields;
     QString orderBy;      // column of the list's order
     QString parentColumn; // detail lists: the column holding the parent row's key
     // Tables that are written together with this one and so must not stop its removal.
@@ -60,9 +60,9 @@ struct TableSpec {
 };
 
 // Every master list of the mill, in menu order.
-const std::vector<TableSpec>& masterTables();
-const TableSpec* findMasterTable(const QString& id);
+const std::vector<TableDef>& masterTables();
+const TableDef* findMasterTable(const QString& id);
 // The detail list shown under a list (process components under processes), or null.
-const TableSpec* detailOf(const TableSpec& spec);
+const TableDef* detailOf(const TableDef& def);
 
 } // namespace gm::host

@@ -1,48 +1,48 @@
-#include "MasterDataSpec.h"
+#include "MasterTables.h"
 
 namespace gm::host {
 
 namespace {
 
-FieldSpec text(const char* column, const char* caption, int maxLength = 0) {
-    FieldSpec f;
+FieldDef text(const char* column, const char* caption, int maxLength = 0) {
+    FieldDef f;
     f.column = QString::fromLatin1(column);
     f.caption = QString::fromLatin1(caption);
     f.maxLength = maxLength;
     return f;
 }
 
-FieldSpec typed(const char* column, const char* caption, FieldType type) {
-    FieldSpec f = text(column, caption);
+FieldDef typed(const char* column, const char* caption, FieldType type) {
+    FieldDef f = text(column, caption);
     f.type = type;
     return f;
 }
 
-FieldSpec lookup(const char* column, const char* caption, const char* sql, bool intKey = true) {
-    FieldSpec f = typed(column, caption, FieldType::Lookup);
+FieldDef lookup(const char* column, const char* caption, const char* sql, bool intKey = true) {
+    FieldDef f = typed(column, caption, FieldType::Lookup);
     f.lookupSql = QString::fromLatin1(sql);
     f.lookupIntKey = intKey;
     return f;
 }
 
-FieldSpec intKey(const char* column, const char* caption) {
-    FieldSpec f = typed(column, caption, FieldType::Integer);
+FieldDef intKey(const char* column, const char* caption) {
+    FieldDef f = typed(column, caption, FieldType::Integer);
     f.key = f.required = f.autoKey = f.nonNegative = true;
     return f;
 }
 
-FieldSpec name(const char* column, const char* caption, int maxLength = 100) {
-    FieldSpec f = text(column, caption, maxLength);
+FieldDef name(const char* column, const char* caption, int maxLength = 100) {
+    FieldDef f = text(column, caption, maxLength);
     f.required = f.unique = true;
     return f;
 }
 
-FieldSpec flag(const char* column, const char* caption) {
+FieldDef flag(const char* column, const char* caption) {
     return typed(column, caption, FieldType::Flag);
 }
 
-FieldSpec amount(const char* column, const char* caption) {
-    FieldSpec f = typed(column, caption, FieldType::Decimal);
+FieldDef amount(const char* column, const char* caption) {
+    FieldDef f = typed(column, caption, FieldType::Decimal);
     f.nonNegative = true;
     return f;
 }
@@ -55,25 +55,25 @@ const char* kAccountList =
     "SELECT AccountNo, AccountNo || ' ' || COALESCE(AccountName, '') FROM ChartOfAccounts "
     "ORDER BY AccountNo";
 
-std::vector<TableSpec> build() {
-    std::vector<TableSpec> all;
+std::vector<TableDef> build() {
+    std::vector<TableDef> all;
 
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("parties");
         t.noun = QStringLiteral("party");
         t.title = QStringLiteral("Parties");
         t.table = QStringLiteral("ChartOfAccounts");
         t.secondaryTable = QStringLiteral("Parties");
         t.secondaryKeyColumn = QStringLiteral("PartyId");
-        FieldSpec no = text("AccountNo", "Account no.", 20);
+        FieldDef no = text("AccountNo", "Account no.", 20);
         no.key = no.required = true;
-        FieldSpec parent = lookup("ParentAccountNo", "Parent account", kAccountList, false);
-        FieldSpec city =
+        FieldDef parent = lookup("ParentAccountNo", "Parent account", kAccountList, false);
+        FieldDef city =
             lookup("CityId", "City", "SELECT CityId, CityName FROM Cities ORDER BY CityName");
         city.secondary = true;
-        FieldSpec seller = flag("IsSeller", "Seller"), buyer = flag("IsBuyer", "Buyer"),
-                  broker = flag("IsBroker", "Broker");
+        FieldDef seller = flag("IsSeller", "Seller"), buyer = flag("IsBuyer", "Buyer"),
+                 broker = flag("IsBroker", "Broker");
         seller.secondary = buyer.secondary = broker.secondary = true;
         t.fields = {no,     name("AccountName", "Name"),
                     parent, flag("IsEditable", "Editable"),
@@ -85,14 +85,14 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("accounts");
         t.noun = QStringLiteral("account");
         t.title = QStringLiteral("Accounts");
         t.table = QStringLiteral("ChartOfAccounts");
-        FieldSpec no = text("AccountNo", "Account no.", 20);
+        FieldDef no = text("AccountNo", "Account no.", 20);
         no.key = no.required = true;
-        FieldSpec accountName = text("AccountName", "Name", 100);
+        FieldDef accountName = text("AccountName", "Name", 100);
         accountName.required = true;
         t.fields = {no, accountName,
                     lookup("ParentAccountNo", "Parent account", kAccountList, false),
@@ -102,7 +102,7 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("cities");
         t.noun = QStringLiteral("city");
         t.title = QStringLiteral("Cities");
@@ -112,15 +112,15 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("commodities");
         t.noun = QStringLiteral("commodity");
         t.title = QStringLiteral("Commodities");
         t.table = QStringLiteral("Commodities");
-        FieldSpec cls = typed("CommodityClassId", "Class", FieldType::Integer);
+        FieldDef cls = typed("CommodityClassId", "Class", FieldType::Integer);
         cls.nonNegative = true;
-        FieldSpec rateUnit = lookup("RateUnitId", "Rate unit", kUnitList);
-        FieldSpec stockUnit = lookup("StockUnitId", "Stock unit", kUnitList);
+        FieldDef rateUnit = lookup("RateUnitId", "Rate unit", kUnitList);
+        FieldDef stockUnit = lookup("StockUnitId", "Stock unit", kUnitList);
         rateUnit.required = stockUnit.required = true; // every value is divided by its weight
         t.fields = {intKey("CommodityId", "Commodity no."),
                     name("CommodityName", "Commodity"),
@@ -137,31 +137,31 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("units");
         t.noun = QStringLiteral("unit");
         t.title = QStringLiteral("Units");
         t.table = QStringLiteral("Units");
-        FieldSpec kgs = amount("WeightInKgs", "Weight in kg");
+        FieldDef kgs = amount("WeightInKgs", "Weight in kg");
         kgs.required = true;
         t.fields = {intKey("UnitId", "Unit no."), name("UnitName", "Unit", 50), kgs};
         t.orderBy = QStringLiteral("UnitId");
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("bagtypes");
         t.noun = QStringLiteral("bag type");
         t.title = QStringLiteral("Bag types");
         t.table = QStringLiteral("BagsTypes");
-        FieldSpec cap = amount("BagCapacity", "Bag weight (kg)");
+        FieldDef cap = amount("BagCapacity", "Bag weight (kg)");
         cap.required = true;
         t.fields = {intKey("BagsTypeId", "Bag type no."), name("BagsType", "Bag type", 50), cap};
         t.orderBy = QStringLiteral("BagsTypeId");
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("bagclasses");
         t.noun = QStringLiteral("bag class");
         t.title = QStringLiteral("Bag classes");
@@ -171,7 +171,7 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("processes");
         t.noun = QStringLiteral("process");
         t.title = QStringLiteral("Processes");
@@ -182,14 +182,14 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("processcomponents");
         t.noun = QStringLiteral("commodity of the process");
         t.title = QStringLiteral("Input and output commodities");
         t.table = QStringLiteral("ProcessComponents");
-        FieldSpec process = typed("ProcessId", "Process", FieldType::Integer);
+        FieldDef process = typed("ProcessId", "Process", FieldType::Integer);
         process.key = process.required = process.hidden = true;
-        FieldSpec commodity =
+        FieldDef commodity =
             lookup("CommodityId", "Commodity",
                    "SELECT CommodityId, CommodityName FROM Commodities ORDER BY CommodityId");
         commodity.key = commodity.required = true;
@@ -199,7 +199,7 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("prcentres");
         t.noun = QStringLiteral("PR centre");
         t.title = QStringLiteral("PR centres");
@@ -209,16 +209,16 @@ std::vector<TableSpec> build() {
         all.push_back(t);
     }
     {
-        TableSpec t;
+        TableDef t;
         t.id = QStringLiteral("ledger");
         t.noun = QStringLiteral("balance");
         t.title = QStringLiteral("Opening balances");
         t.table = QStringLiteral("LedgerEntries");
-        FieldSpec id = typed("EntryId", "Entry no.", FieldType::Integer);
+        FieldDef id = typed("EntryId", "Entry no.", FieldType::Integer);
         id.key = id.hidden = id.generated = true;
-        FieldSpec account = lookup("AccountNo", "Account", kAccountList, false);
+        FieldDef account = lookup("AccountNo", "Account", kAccountList, false);
         account.required = true;
-        FieldSpec date = typed("EntryDate", "Date", FieldType::Date);
+        FieldDef date = typed("EntryDate", "Date", FieldType::Date);
         date.required = true;
         t.fields = {id, account, date, amount("Debit", "Debit"), amount("Credit", "Credit")};
         t.orderBy = QStringLiteral("EntryId");
@@ -229,14 +229,14 @@ std::vector<TableSpec> build() {
 
 } // namespace
 
-int TableSpec::fieldIndex(const QString& column) const {
+int TableDef::fieldIndex(const QString& column) const {
     for (size_t i = 0; i < fields.size(); ++i)
         if (fields[i].column.compare(column, Qt::CaseInsensitive) == 0)
             return int(i);
     return -1;
 }
 
-std::vector<int> TableSpec::keyFields() const {
+std::vector<int> TableDef::keyFields() const {
     std::vector<int> keys;
     for (size_t i = 0; i < fields.size(); ++i)
         if (fields[i].key)
@@ -244,20 +244,20 @@ std::vector<int> TableSpec::keyFields() const {
     return keys;
 }
 
-const std::vector<TableSpec>& masterTables() {
-    static const std::vector<TableSpec> all = build();
+const std::vector<TableDef>& masterTables() {
+    static const std::vector<TableDef> all = build();
     return all;
 }
 
-const TableSpec* findMasterTable(const QString& id) {
-    for (const TableSpec& t : masterTables())
+const TableDef* findMasterTable(const QString& id) {
+    for (const TableDef& t : masterTables())
         if (t.id == id)
             return &t;
     return nullptr;
 }
 
-const TableSpec* detailOf(const TableSpec& spec) {
-    if (spec.id == QLatin1String("processes"))
+const TableDef* detailOf(const TableDef& def) {
+    if (def.id == QLatin1String("processes"))
         return findMasterTable(QStringLiteral("processcomponents"));
     return nullptr;
 }
