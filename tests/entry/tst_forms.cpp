@@ -1,0 +1,124 @@
+#include "BoxAnswerer.h"
+
+#include "datastore/Sql.h"
+#include "entry/Forms.h"
+#include "support/TestDb.h"
+
+#include <QtTest>
+
+using namespace gm;
+using gm::test::BoxAnswerer;
+
+namespace {
+
+using Show = void (Forms::*)();
+
+struct Entry {
+    const char* name;
+    Forms::Screen screen;
+    Show show;
+};
+
+const Entry kScreens[] = {
+    {"arrivals", Forms::Screen::Arrivals, &Forms::ArrivalForm},
+    {"dfc", Forms::Screen::PurchaseFromDFC, &Forms::PurchaseFromDFCForm},
+    {"contract", Forms::Screen::PurchaseContract, &Forms::PurchaseContractForm},
+    {"invoice", Forms::Screen::PurchaseInvoice, &Forms::PurchaseInvoiceForm},
+    {"production", Forms::Screen::Production, &Forms::ProductionForm},
+    {"hourly", Forms::Screen::HourlyProduction, &Forms::HProductionForm},
+};
+
+int topLevelsNamed(const QString& name) {
+    int n = 0;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        n += w->objectName() == name && w->isVisible() ? 1 : 0;
+    return n;
+}
+
+} // namespace
+
+class TstForms : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void noScreenBeforeTheConnection() {
+        Forms forms;
+        QVERIFY_THROWS_EXCEPTION(DbError, forms.context().db());
+        BoxAnswerer boxes(QMessageBox::Ok);
+        forms.PurchaseContractForm();
+        QCOMPARE(boxes.count(), 1);
+        QCOMPARE(boxes.last().title, QStringLiteral("grainmill"));
+        QVERIFY(boxes.last().text.contains(QStringLiteral("no database connection")));
+        QVERIFY(!forms.instance(Forms::Screen::PurchaseContract));
+    }
+
+    void hostObjectsReachTheScreens() {
+        Forms forms;
+        QCOMPARE(forms.context().userNo(), qint16(1));
+        HostSettingsValues v;
+        v.DFCAccountNo = QStringLiteral("2101");
+        forms.setHostSession(std::make_shared<FixedHostSession>(7));
+        forms.setHostSettings(std::make_shared<FixedHostSettings>(v));
+        QCOMPARE(forms.context().userNo(), qint16(7));
+        QCOMPARE(forms.context().hostSettings().DFCAccountNo, QStringLiteral("2101"));
+    }
+
+    void oneInstancePerScreen_data() {
+        QTest::addColumn<int>("entry");
+        for (int i = 0; i < int(std::size(kScreens)); ++i) {
+            if (Forms::isAvailable(kScreens[i].screen))
+                QTest::newRow(kScreens[i].name) << i;
+        }
+    }
+    void oneInstancePerScreen() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(int, entry);
+        const Entry& e = kScreens[entry];
+        auto conn = gm::test::freshSampleConn();
+        Forms forms;
+        forms.InitializeClass(*conn);
+        BoxAnswerer unexpected(QMessageBox::Ok);
+
+        (forms.*e.show)();
+        QPointer<QWidget> first = forms.instance(e.screen);
+        QVERIFY(first);
+        QVERIFY(first->isVisible());
+        QVERIFY(first->isWindow());
+        QVERIFY(!first->parentWidget());
+        (forms.*e.show)();
+        QCOMPARE(forms.instance(e.screen), first.data());
+        QCOMPARE(topLevelsNamed(first->objectName()), 1);
+
+        // Closed, it is built anew on the next call.
+        QVERIFY(first->close());
+        QTRY_VERIFY(!first);
+        QVERIFY(!forms.instance(e.screen));
+        (forms.*e.show)();
+        QVERIFY(forms.instance(e.screen));
+        QVERIFY(forms.instance(e.screen)->isVisible());
+        QVERIFY(forms.closeAll());
+        QCOMPARE(unexpected.count(), 0);
+    }
+
+    void twoScreensShareTheConnection() {
+        GM_REQUIRE_ENGINE();
+        std::vector<const Entry*> available;
+        for (const Entry& e : kScreens) {
+            if (Forms::isAvailable(e.screen))
+                available.push_back(&e);
+        }
+        if (available.size() < 2)
+            QSKIP("fewer than two screens in this build");
+        auto conn = gm::test::freshSampleConn();
+        Forms forms;
+        forms.InitializeClass(*conn);
+        BoxAnswerer unexpected(QMessageBox::Ok);
+        (forms.*available[0]->show)();
+        (forms.*available[1]->show)();
+        QVERIFY(forms.instance(available[0]->screen)->isVisible());
+        QVERIFY(forms.instance(available[1]->screen)->isVisible());
+        QCOMPARE(unexpected.count(), 0);
+    }
+};
+
+QTEST_MAIN(TstForms)
+#include "tst_forms.moc"
