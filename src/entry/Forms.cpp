@@ -2,6 +2,7 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "entry/Messages.h"
 
 #include <QMessageBox>
 
@@ -129,7 +130,10 @@ void Forms::show(Screen screen) {
                                      QStringLiteral("This screen is not part of this build."));
             return;
         }
-        std::unique_ptr<QWidget> created = maker(m_context);
+        std::unique_ptr<QWidget> created;
+        // A screen that fails while it loads reports through the error box; the host goes on.
+        if (!guarded(nullptr, [&] { created = maker(m_context); }) || !created)
+            return;
         // A closed screen is destroyed, so the next call builds it anew and its load runs
         // again; the pointer empties itself.
         created->setAttribute(Qt::WA_DeleteOnClose);
