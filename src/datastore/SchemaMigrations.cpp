@@ -20,6 +20,7 @@ const std::vector<Migration>& schemaMigrations() {
               "CREATE INDEX IX_Arrivals_SellerArrival ON Arrivals (SellerId, ArrivalId)"),
           QStringLiteral(
               "CREATE INDEX IX_Arrivals_CenterArrival ON Arrivals (CenterId, ArrivalId)")}},
+        {4, schema::sqliteArrivalPostingRebuild(), {}},
     };
     return all;
 }

@@ -12,5 +12,8 @@ QStringList tableStatements(Engine engine);
 // The server routines and the stock triggers.
 QStringList sqliteRoutineStatements();
 QStringList postgresRoutineStatements();
+// The arrival posting triggers of SQLite made anew, for databases made before they listed an
+// arrival's bag kinds through its key.
+QStringList sqliteArrivalPostingRebuild();
 
 } // namespace gm::schema

@@ -240,10 +240,32 @@ QString arrivalLinesMove(const QString& head, const QString& sign) {
                "UPDATE BagsCurrentStock SET NoOfBags = NoOfBags %2 COALESCE((SELECT B.N FROM %4 B "
                "WHERE B.BagsTypeId = BagsCurrentStock.BagsTypeId AND B.BagsClassId = "
                "BagsCurrentStock.BagsClassId), 0) "
-               "WHERE EXISTS (SELECT 1 FROM ArrivalsBody A WHERE A.ArrivalId = %1.ArrivalId AND "
-               "A.BagsTypeId = BagsCurrentStock.BagsTypeId AND A.BagsClassId = "
-               "BagsCurrentStock.BagsClassId);\n")
+               // The bag kinds of this one arrival are listed first, through its key; a
+               // correlated test per stock row lets the planner walk every vehicle of a bag
+               // kind instead, which grows with the years.
+               "WHERE (BagsTypeId, BagsClassId) IN (SELECT BagsTypeId, BagsClassId FROM "
+               "ArrivalsBody WHERE ArrivalId = %1.ArrivalId);\n")
         .arg(head, sign, lines, bags);
+}
+
+// Posting a head moves all of its vehicles at once.
+QStringList arrivalPostingTriggers() {
+    const QString O = QStringLiteral("OLD"), N = QStringLiteral("NEW");
+    return {
+        // BEFORE, so that the lines are still those of the head being turned or removed.
+        trigger(QStringLiteral("TrArrivalsStockUnpost"),
+                QStringLiteral("BEFORE UPDATE ON Arrivals"),
+                arrivalLinesMove(O, QStringLiteral("-")),
+                QStringLiteral("COALESCE(OLD.IsPosted, 0) = 1 AND (COALESCE(NEW.IsPosted, 0) <> 1 "
+                               "OR NEW.ArrivalId <> OLD.ArrivalId)")),
+        trigger(QStringLiteral("TrArrivalsStockDel"), QStringLiteral("BEFORE DELETE ON Arrivals"),
+                arrivalLinesMove(O, QStringLiteral("-")),
+                QStringLiteral("COALESCE(OLD.IsPosted, 0) = 1")),
+        trigger(QStringLiteral("TrArrivalsStockPost"), QStringLiteral("AFTER UPDATE ON Arrivals"),
+                arrivalLinesMove(N, QStringLiteral("+")),
+                QStringLiteral("COALESCE(NEW.IsPosted, 0) = 1 AND (COALESCE(OLD.IsPosted, 0) <> 1 "
+                               "OR NEW.ArrivalId <> OLD.ArrivalId)")),
+    };
 }
 
 QStringList sqliteTriggers() {
@@ -291,20 +313,6 @@ QStringList sqliteTriggers() {
         trigger(QStringLiteral("TrArrivalsBodyStockDel"),
                 QStringLiteral("AFTER DELETE ON ArrivalsBody"), lineOut),
 
-        // BEFORE, so that the lines are still those of the head being turned or removed.
-        trigger(QStringLiteral("TrArrivalsStockUnpost"),
-                QStringLiteral("BEFORE UPDATE ON Arrivals"),
-                arrivalLinesMove(O, QStringLiteral("-")),
-                QStringLiteral("COALESCE(OLD.IsPosted, 0) = 1 AND (COALESCE(NEW.IsPosted, 0) <> 1 "
-                               "OR NEW.ArrivalId <> OLD.ArrivalId)")),
-        trigger(QStringLiteral("TrArrivalsStockDel"), QStringLiteral("BEFORE DELETE ON Arrivals"),
-                arrivalLinesMove(O, QStringLiteral("-")),
-                QStringLiteral("COALESCE(OLD.IsPosted, 0) = 1")),
-        trigger(QStringLiteral("TrArrivalsStockPost"), QStringLiteral("AFTER UPDATE ON Arrivals"),
-                arrivalLinesMove(N, QStringLiteral("+")),
-                QStringLiteral("COALESCE(NEW.IsPosted, 0) = 1 AND (COALESCE(OLD.IsPosted, 0) <> 1 "
-                               "OR NEW.ArrivalId <> OLD.ArrivalId)")),
-
         trigger(QStringLiteral("TrConsumptionStockIns"),
                 QStringLiteral("AFTER INSERT ON Consumption"),
                 weightMove(N, QStringLiteral("-(%1)").arg(newWeight), always)),
@@ -338,7 +346,14 @@ QStringList sqliteTriggers() {
 } // namespace
 
 QStringList sqliteRoutineStatements() {
-    return sqliteTriggers();
+    return sqliteTriggers() + arrivalPostingTriggers();
+}
+
+QStringList sqliteArrivalPostingRebuild() {
+    QStringList steps = {QStringLiteral("DROP TRIGGER IF EXISTS TrArrivalsStockUnpost"),
+                         QStringLiteral("DROP TRIGGER IF EXISTS TrArrivalsStockDel"),
+                         QStringLiteral("DROP TRIGGER IF EXISTS TrArrivalsStockPost")};
+    return steps + arrivalPostingTriggers();
 }
 
 QStringList postgresRoutineStatements() {
