@@ -50,7 +50,9 @@ public:
     QString connectionName() const { return m_name; }
 
     // Case-insensitive pattern match operator of this engine.
-    QString likeOperator() const { return isPostgres() ? QStringLiteral("ILIKE") : QStringLiteral("LIKE"); }
+    QString likeOperator() const {
+        return isPostgres() ? QStringLiteral("ILIKE") : QStringLiteral("LIKE");
+    }
 
 private:
     Conn(QString name, DbLocation location);

@@ -23,13 +23,14 @@ int storedSchemaVersion(const Conn& conn) {
 void migrateSchema(const Conn& conn) {
     {
         QSqlQuery q(conn.db());
-        const QString ddl = conn.isPostgres()
-                                ? QStringLiteral("CREATE TABLE IF NOT EXISTS SchemaVersion ("
-                                                 "Version integer PRIMARY KEY, "
-                                                 "AppliedAt timestamp NOT NULL DEFAULT now())")
-                                : QStringLiteral("CREATE TABLE IF NOT EXISTS SchemaVersion ("
-                                                 "Version integer PRIMARY KEY, "
-                                                 "AppliedAt text NOT NULL DEFAULT CURRENT_TIMESTAMP)");
+        const QString ddl =
+            conn.isPostgres()
+                ? QStringLiteral("CREATE TABLE IF NOT EXISTS SchemaVersion ("
+                                 "Version integer PRIMARY KEY, "
+                                 "AppliedAt timestamp NOT NULL DEFAULT now())")
+                : QStringLiteral("CREATE TABLE IF NOT EXISTS SchemaVersion ("
+                                 "Version integer PRIMARY KEY, "
+                                 "AppliedAt text NOT NULL DEFAULT CURRENT_TIMESTAMP)");
         if (!q.exec(ddl))
             throw DbError(q.lastError().text(), QStringLiteral("Database"));
     }
@@ -55,7 +56,8 @@ void migrateSchema(const Conn& conn) {
                                   .arg(q.lastError().text(), sql.left(200)),
                               QStringLiteral("Database"));
         }
-        execute(conn, QStringLiteral("INSERT INTO SchemaVersion (Version) VALUES (?)"), {m.version});
+        execute(conn, QStringLiteral("INSERT INTO SchemaVersion (Version) VALUES (?)"),
+                {m.version});
         tx.commit();
     }
 }

@@ -72,11 +72,17 @@ QDateTime toDateTime(const QVariant& v) {
     return dt;
 }
 
-QString toText(const QVariant& v) { return v.isNull() ? QString() : v.toString(); }
+QString toText(const QVariant& v) {
+    return v.isNull() ? QString() : v.toString();
+}
 
-double toDouble(const QVariant& v) { return v.isNull() ? 0.0 : v.toDouble(); }
+double toDouble(const QVariant& v) {
+    return v.isNull() ? 0.0 : v.toDouble();
+}
 
-qint64 toInt(const QVariant& v) { return v.isNull() ? 0 : v.toLongLong(); }
+qint64 toInt(const QVariant& v) {
+    return v.isNull() ? 0 : v.toLongLong();
+}
 
 QVariant nullIfEmpty(const QString& text) {
     return text.trimmed().isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(text);

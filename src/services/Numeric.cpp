@@ -88,7 +88,9 @@ Currency Currency::fromDouble(double value) {
     return Currency(std::llround(roundHalfEven(value, 4) * 10000.0));
 }
 
-QString Currency::toString() const { return formatNumber(toDouble(), 4); }
+QString Currency::toString() const {
+    return formatNumber(toDouble(), 4);
+}
 
 QString formatNumber(double value, int maxDigits) {
     if (!std::isfinite(value))

@@ -25,7 +25,9 @@ QTemporaryDir& tempDir() {
     return dir;
 }
 
-QString pgUrl() { return qEnvironmentVariable("GRAINMILL_TEST_PG_URL"); }
+QString pgUrl() {
+    return qEnvironmentVariable("GRAINMILL_TEST_PG_URL");
+}
 
 // Databases made on the server by this process, dropped when it ends.
 struct PgDatabases {
@@ -71,7 +73,8 @@ QString createPgDatabase() {
         db.setPassword(url.password());
         db.setDatabaseName(url.path().mid(1));
         if (!db.open())
-            qFatal("cannot reach the test PostgreSQL server: %s", qPrintable(db.lastError().text()));
+            qFatal("cannot reach the test PostgreSQL server: %s",
+                   qPrintable(db.lastError().text()));
         QSqlQuery q(db);
         // Identifiers cannot be bound; the name is made here from hex digits only.
         if (!q.exec(QStringLiteral("CREATE DATABASE %1").arg(name)))
@@ -88,8 +91,8 @@ QString createPgDatabase() {
 } // namespace
 
 Engine engineUnderTest() {
-    return qEnvironmentVariable("GM_TEST_ENGINE").compare(QLatin1String("postgresql"),
-                                                           Qt::CaseInsensitive) == 0
+    return qEnvironmentVariable("GM_TEST_ENGINE")
+                       .compare(QLatin1String("postgresql"), Qt::CaseInsensitive) == 0
                ? Engine::PostgreSQL
                : Engine::SQLite;
 }
@@ -126,7 +129,9 @@ std::unique_ptr<Conn> freshConn() {
     return conn;
 }
 
-QString lastLocation() { return g_lastLocation; }
+QString lastLocation() {
+    return g_lastLocation;
+}
 
 } // namespace gm::test
 
