@@ -34,6 +34,8 @@ struct SearchFilters {
     bool byId = false;
     QVariant id; // a whole number, or the fraction typed, which no key equals
     QString name;
+    QVariant before; // the last key of the rows read so far; null for the first page
+    int pageRows = 0;
 };
 
 struct SearchDefinition {
@@ -47,11 +49,15 @@ struct SearchDefinition {
     bool shiftEnterPicks; // Shift+Enter in the list picks as Enter does
     std::vector<SearchColumn> columns;
     int keyField;
+    bool paged; // newest first, read a page at a time as the list is scrolled
     // The statement for these filters, with its values appended to `binds` in order.
     QString (*statement)(const Conn& conn, const SearchFilters& f, QVariantList& binds);
 };
 
 namespace {
+
+// Enough rows to fill a tall grid several times over; more are read as the list scrolls.
+constexpr int kPageRows = 200;
 
 // A party as every list shows it: account name, a hyphen and the city, with no blanks; a
 // party without a city shows its name alone, and one without an account has no name.
@@ -72,6 +78,17 @@ QString nameCondition(const Conn& conn, const QString& expression, const QString
                       QVariantList& binds) {
     binds << pattern;
     return QStringLiteral(" AND %1 %2 ?").arg(expression, conn.likeOperator());
+}
+
+// A list newest first is read a page at a time, each page starting after the last key read.
+QString newestFirst(const char* key, const SearchFilters& f, QVariantList& binds) {
+    QString sql;
+    if (!f.before.isNull()) {
+        sql += QStringLiteral(" AND %1 < ?").arg(QLatin1String(key));
+        binds << f.before;
+    }
+    binds << f.pageRows;
+    return sql + QStringLiteral(" ORDER BY %1 DESC LIMIT ?").arg(QLatin1String(key));
 }
 
 QString containing(const QString& text) {
@@ -95,7 +112,7 @@ QString arrivalsSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
     }
     if (!f.name.isEmpty())
         sql += nameCondition(conn, seller, containing(f.name), binds);
-    return sql + QStringLiteral(" ORDER BY a.ArrivalId DESC");
+    return sql + newestFirst("a.ArrivalId", f, binds);
 }
 
 QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
@@ -133,7 +150,7 @@ QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
         sql += QStringLiteral(" AND pu.PurchaseId = ?");
         binds << f.id;
     }
-    return sql + QStringLiteral(" ORDER BY pu.PurchaseId DESC");
+    return sql + newestFirst("pu.PurchaseId", f, binds);
 }
 
 QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
@@ -149,7 +166,7 @@ QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
     sql += dateRange("pc.ContractDate", f, binds);
     if (!f.name.isEmpty())
         sql += nameCondition(conn, QStringLiteral("sa.AccountName"), containing(f.name), binds);
-    return sql + QStringLiteral(" ORDER BY pc.ContractId DESC");
+    return sql + newestFirst("pc.ContractId", f, binds);
 }
 
 QString dfcSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
@@ -192,6 +209,7 @@ const SearchDefinition kArrivals{
                 {"Party Name", 2, F::Text, 260},
                 {"Commodity", 3, F::Text, 160}},
     .keyField = 0,
+    .paged = true,
     .statement = arrivalsSql,
 };
 
@@ -210,6 +228,7 @@ const SearchDefinition kPurchase{
                 {"Seller", 3, F::Text, 180},
                 {"Amount", 4, F::Fixed, 110}},
     .keyField = 0,
+    .paged = true,
     .statement = purchaseSql,
 };
 
@@ -228,6 +247,7 @@ const SearchDefinition kContract{
                 {"Seller", 3, F::Text, 180},
                 {"Quantity", 4, F::QuantityWithMode, 100}},
     .keyField = 0,
+    .paged = true,
     .statement = contractSql,
 };
 
@@ -246,6 +266,7 @@ const SearchDefinition kDfc{
                 {"Total Weight", 3, F::Number, 110},
                 {"Gross Amount", 4, F::Fixed, 120}},
     .keyField = 0,
+    .paged = false,
     .statement = dfcSql,
 };
 
@@ -263,6 +284,7 @@ const SearchDefinition kHourly{
                 {"Process Time", 1, F::DateHour, 150},
                 {"Commodity", 2, F::Text, 220}},
     .keyField = 0,
+    .paged = false,
     .statement = hourlySql,
 };
 
@@ -311,6 +333,13 @@ DocumentSearch::DocumentSearch(const Context& ctx, const SearchDefinition& def, 
     setObjectName(QLatin1String(def.objectName));
     setWindowTitle(QLatin1String(def.caption));
     m_rows = new SearchRowsModel(def.columns, this);
+    // A page read while scrolling fails inside the view's painting; the box waits until then.
+    connect(
+        m_rows, &SearchRowsModel::fetchFailed, this,
+        [this](const QString& description, const QString& source) {
+            ShowErrorBox(this, description, source);
+        },
+        Qt::QueuedConnection);
     buildUi();
 }
 
@@ -413,16 +442,33 @@ void DocumentSearch::RunSearch() {
     }
     if (m_filter)
         f.name = m_filter->text();
+    f.pageRows = kPageRows;
     try {
-        QVariantList binds;
         const Conn& conn = m_ctx.db();
-        const QString sql = m_def.statement(conn, f, binds);
-        m_rows->load(conn, sql, binds);
+        if (m_def.paged) {
+            const auto statement = m_def.statement;
+            const Conn* db = &conn;
+            m_rows->loadPaged(
+                conn,
+                [db, statement, f](const QVariant& lastKey, QVariantList& binds) mutable {
+                    f.before = lastKey;
+                    return statement(*db, f, binds);
+                },
+                m_def.keyField, f.pageRows);
+        } else {
+            QVariantList binds;
+            const QString sql = m_def.statement(conn, f, binds);
+            m_rows->load(conn, sql, binds);
+        }
     } catch (const DbError& e) {
         m_rows->clear();
         showError(this, e);
     }
     moveToRow(0);
+}
+
+void DocumentSearch::fetchAllRows() {
+    m_rows->fetchAll();
 }
 
 int DocumentSearch::rowCount() const {

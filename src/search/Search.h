@@ -47,7 +47,10 @@ public:
     void RunSearch();
     // Picks the current row and closes; does nothing on an empty list.
     void Select();
+    // The rows read so far: a long list newest first is read a page at a time as it scrolls.
     int rowCount() const;
+    // Reads the rest of the list, for a caller that needs all of it.
+    void fetchAllRows();
     int currentRow() const;
     // The text shown in a cell, as the user reads it.
     QString cellText(int row, int column) const;

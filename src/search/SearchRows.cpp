@@ -12,7 +12,8 @@ namespace gm {
 SearchRowsModel::SearchRowsModel(std::vector<SearchColumn> columns, QObject* parent)
     : QAbstractTableModel(parent), m_columns(std::move(columns)) {}
 
-void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantList& binds) {
+int SearchRowsModel::read(const Conn& conn, const QString& sql, const QVariantList& binds,
+                          std::vector<QVariant>& fields) {
     if (m_connection != conn.connectionName()) {
         m_statements.clear();
         m_connection = conn.connectionName();
@@ -34,8 +35,8 @@ void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantL
         throw DbError(why, QStringLiteral("Database"));
     }
 
-    std::vector<QVariant> fields;
     const int width = query.record().count();
+    m_width = width;
     int rows = 0;
     while (query.next()) {
         for (int f = 0; f < width; ++f)
@@ -43,18 +44,76 @@ void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantL
         ++rows;
     }
     query.finish();
+    return rows;
+}
 
+void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantList& binds) {
+    clear();
+    std::vector<QVariant> fields;
+    const int rows = read(conn, sql, binds, fields);
     beginResetModel();
     m_fields = std::move(fields);
-    m_width = width;
     m_rows = rows;
     endResetModel();
+}
+
+void SearchRowsModel::loadPaged(const Conn& conn, PageStatement page, int keyField, int pageSize) {
+    clear();
+    QVariantList binds;
+    const QString sql = page(QVariant(), binds);
+    std::vector<QVariant> fields;
+    const int rows = read(conn, sql, binds, fields);
+    beginResetModel();
+    m_fields = std::move(fields);
+    m_rows = rows;
+    m_pagingConn = &conn;
+    m_page = std::move(page);
+    m_keyField = keyField;
+    m_pageSize = pageSize;
+    m_more = rows >= pageSize;
+    endResetModel();
+}
+
+bool SearchRowsModel::canFetchMore(const QModelIndex& parent) const {
+    return !parent.isValid() && m_more;
+}
+
+void SearchRowsModel::fetchMore(const QModelIndex& parent) {
+    if (!canFetchMore(parent))
+        return;
+    QVariantList binds;
+    std::vector<QVariant> fields;
+    int rows = 0;
+    try {
+        const QString sql = m_page(field(m_rows - 1, m_keyField), binds);
+        rows = read(*m_pagingConn, sql, binds, fields);
+    } catch (const DbError& e) {
+        m_more = false;
+        emit fetchFailed(e.description(), e.source());
+        return;
+    }
+    m_more = rows >= m_pageSize;
+    if (rows == 0)
+        return;
+    beginInsertRows({}, m_rows, m_rows + rows - 1);
+    m_fields.insert(m_fields.end(), std::make_move_iterator(fields.begin()),
+                    std::make_move_iterator(fields.end()));
+    m_rows += rows;
+    endInsertRows();
+}
+
+void SearchRowsModel::fetchAll() {
+    while (canFetchMore({}))
+        fetchMore({});
 }
 
 void SearchRowsModel::clear() {
     beginResetModel();
     m_fields.clear();
     m_rows = 0;
+    m_page = {};
+    m_pagingConn = nullptr;
+    m_more = false;
     endResetModel();
 }
 

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -32,7 +33,9 @@ struct SearchColumn {
 // The rows of one search: every field as read, kept in one flat block. A cell's text is made
 // only when the grid asks for it, so a long list costs the reading and nothing more.
 // Statements are prepared once per text and reused, since a search runs again on each
-// keystroke.
+// keystroke. A list in key order can be read a page at a time: the view asks for the next
+// page as the user scrolls, and each page is a statement of its own that starts after the
+// last key read, so no cursor stays open while other statements use the connection.
 class SearchRowsModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -40,6 +43,14 @@ public:
 
     // Replaces the rows with the result of `sql` run with `binds`; throws DbError.
     void load(const Conn& conn, const QString& sql, const QVariantList& binds);
+    // The statement for the page after `lastKey` (null for the first page), its values
+    // appended to `binds`; it reads at most the page size given to loadPaged.
+    using PageStatement = std::function<QString(const QVariant& lastKey, QVariantList& binds)>;
+    // Replaces the rows with the first page; a full page means there may be more. `conn`
+    // must outlive the model's paging. Throws DbError.
+    void loadPaged(const Conn& conn, PageStatement page, int keyField, int pageSize);
+    // Reads every page not read yet.
+    void fetchAll();
     void clear();
     QVariant field(int row, int field) const;
     int columnWidth(int column) const { return m_columns[size_t(column)].width; }
@@ -49,16 +60,31 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
+    bool canFetchMore(const QModelIndex& parent) const override;
+    // The view calls this while painting, so a failure does not throw: paging stops and
+    // fetchFailed says why.
+    void fetchMore(const QModelIndex& parent) override;
 
     static QString formatCell(CellFormat format, const QVariant& value, const QVariant& next);
 
+Q_SIGNALS:
+    void fetchFailed(const QString& description, const QString& source);
+
 private:
+    int read(const Conn& conn, const QString& sql, const QVariantList& binds,
+             std::vector<QVariant>& fields);
+
     std::vector<SearchColumn> m_columns;
     std::vector<QVariant> m_fields; // row after row, m_width fields each
     int m_width = 0;
     int m_rows = 0;
     std::map<QString, QSqlQuery> m_statements;
     QString m_connection;
+    const Conn* m_pagingConn = nullptr;
+    PageStatement m_page; // empty when the list was read whole
+    int m_keyField = 0;
+    int m_pageSize = 0;
+    bool m_more = false;
 };
 
 } // namespace gm
