@@ -257,6 +257,58 @@ private Q_SLOTS:
             QVERIFY(stayedOpen);
     }
 
+    // Longer than a page: the list is read a page at a time, each page after the last key.
+    void arrivalsReadPageByPage_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("fromOffset");
+        QTest::newRow("whole year") << "" << -365;
+        QTest::newRow("name filter") << "ali" << -365;
+        QTest::newRow("shorter range") << "" << -100;
+    }
+
+    void arrivalsReadPageByPage() {
+        QFETCH(QString, name);
+        QFETCH(int, fromOffset);
+        {
+            Transaction t(*m_conn);
+            for (int i = 0; i < 450; ++i)
+                arrival(1000 + i, today().addDays(-(i % 300)), i % 2 ? "6002" : "6001", 1);
+            t.commit();
+        }
+        // What the whole list holds, newest first, known from the inserted rows.
+        QStringList expected;
+        for (int i = 449; i >= 0; --i)
+            if ((name.isEmpty() || i % 2 == 0) && -(i % 300) >= fromOffset)
+                expected << QString::number(1000 + i);
+        expected << QStringList{"14", "12", "10"}.filter(name.isEmpty() ? "" : "10");
+        QVERIFY(expected.size() > 200);
+
+        SchArrivals s(m_ctx);
+        s.show();
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilter"), name);
+        child<QDateEdit>(&s, "DtpFromDate")->setDate(today().addDays(fromOffset));
+        auto* grid = child<QTableView>(&s, "GrdSch");
+        QAbstractItemModel* model = grid->model();
+        QCOMPARE(s.rowCount(), 200);
+        // Scrolled to the end, the grid asks for the next page itself.
+        grid->scrollToBottom();
+        QTRY_COMPARE(s.rowCount(), std::min(400, int(expected.size())));
+        while (model->canFetchMore({})) {
+            const int before = s.rowCount();
+            model->fetchMore({});
+            QCOMPARE(s.rowCount(), std::min(before + 200, int(expected.size())));
+        }
+        QStringList got;
+        for (int r = 0; r < s.rowCount(); ++r)
+            got << s.cellText(r, 0);
+        QCOMPARE(got, expected);
+
+        // A row of a later page hands back its own key.
+        grid->setCurrentIndex(model->index(s.rowCount() - 2, 0));
+        child<QPushButton>(&s, "BtnSelect")->click();
+        QCOMPARE(QString::number(s.SelectedId()), expected[expected.size() - 2]);
+    }
+
     void purchaseValueSellerAndOrder() {
         exec("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo) VALUES "
              "(10, 1, 'A-1'), (10, 1, 'A-2'), (12, 1, 'B-1')",
