@@ -36,12 +36,14 @@ bool ArrivalStore::exists(int arrivalId) const {
 }
 
 LookupList ArrivalStore::contracts() const {
+    // One contract, one arrival. Each contract asks the arrivals' contract index once, rather
+    // than the whole column of arrivals being read for every contract.
     return loadList(m_conn, QStringLiteral("SELECT PContracts.ContractId AS Name, "
                                            "FunGetPartyName(PContracts.PartyId) AS ID "
                                            "FROM PContracts INNER JOIN ChartOfAccounts "
                                            "ON PContracts.PartyId = ChartOfAccounts.AccountNo "
-                                           "WHERE PContracts.ContractId NOT IN "
-                                           "(SELECT COALESCE(ContractId, 0) FROM Arrivals) "
+                                           "WHERE NOT EXISTS (SELECT 1 FROM Arrivals "
+                                           "WHERE Arrivals.ContractId = PContracts.ContractId) "
                                            "ORDER BY PContracts.ContractId"));
 }
 
