@@ -288,12 +288,10 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
 
 void ArrivalStore::remove(int arrivalId) {
     Transaction tx(m_conn);
-    QString table = FindReferencingTable(m_conn, QStringLiteral("Arrivals"),
-                                         {{QStringLiteral("ArrivalId"), arrivalId}},
-                                         {QStringLiteral("ArrivalsBody")});
-    // Invoice lines point at the vehicles rather than the head, so they are asked directly.
-    if (table.isEmpty() && isInvoiced(arrivalId) != 0)
-        table = QStringLiteral("PurchaseBody");
+    // Invoice lines carry a key of their own to the head, so the guard names PurchaseBody too.
+    const QString table = FindReferencingTable(m_conn, QStringLiteral("Arrivals"),
+                                               {{QStringLiteral("ArrivalId"), arrivalId}},
+                                               {QStringLiteral("ArrivalsBody")});
     if (!table.isEmpty())
         throw ArrivalRefusal(arrivalRemoveRefusal(table), ArrivalRefusal::Icon::Exclamation);
     execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 0 WHERE ArrivalId = ?"),

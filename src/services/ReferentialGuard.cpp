@@ -28,17 +28,11 @@ struct CatalogKey {
     ForeignKeyRef ref;
 };
 
-QStringList sqliteColumns(const Conn& conn, const QString& table) {
-    Query q(conn, QStringLiteral("SELECT name FROM pragma_table_info(?) ORDER BY cid"));
-    q.bind(table).exec();
-    QStringList columns;
-    while (q.next())
-        columns << toText(q.value(0));
-    return columns;
-}
-
-QStringList sqlitePrimaryKey(const Conn& conn, const QString& table) {
-    Query q(conn, QStringLiteral("SELECT name FROM pragma_table_info(?) WHERE pk > 0 ORDER BY pk"));
+// A table's columns in their order, or only those of its primary key in key order.
+QStringList sqliteColumns(const Conn& conn, const QString& table, bool keyOnly = false) {
+    Query q(conn, keyOnly ? QStringLiteral("SELECT name FROM pragma_table_info(?) WHERE pk > 0 "
+                                           "ORDER BY pk")
+                          : QStringLiteral("SELECT name FROM pragma_table_info(?) ORDER BY cid"));
     q.bind(table).exec();
     QStringList columns;
     while (q.next())
@@ -82,7 +76,7 @@ std::vector<CatalogKey> sqliteKeys(const Conn& conn, const QString& table) {
         QString to = toText(q.value(4));
         if (to.isEmpty()) {
             if (!parentKeyRead) {
-                parentKey = sqlitePrimaryKey(conn, parent);
+                parentKey = sqliteColumns(conn, parent, true);
                 parentKeyRead = true;
             }
             if (seq >= parentKey.size())
