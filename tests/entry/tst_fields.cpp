@@ -143,7 +143,6 @@ private Q_SLOTS:
         QCOMPARE(d.date(), QDate::currentDate());
         d.setDate(QDate(2024, 3, 7));
         QCOMPARE(d.text(), QStringLiteral("07/03/2024"));
-        QVERIFY(d.calendarPopup());
     }
 };
 

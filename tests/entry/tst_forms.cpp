@@ -51,17 +51,6 @@ private Q_SLOTS:
         QVERIFY(!forms.instance(Forms::Screen::PurchaseContract));
     }
 
-    void hostObjectsReachTheScreens() {
-        Forms forms;
-        QCOMPARE(forms.context().userNo(), qint16(1));
-        HostSettingsValues v;
-        v.DFCAccountNo = QStringLiteral("2101");
-        forms.setHostSession(std::make_shared<FixedHostSession>(7));
-        forms.setHostSettings(std::make_shared<FixedHostSettings>(v));
-        QCOMPARE(forms.context().userNo(), qint16(7));
-        QCOMPARE(forms.context().hostSettings().DFCAccountNo, QStringLiteral("2101"));
-    }
-
     void oneInstancePerScreen_data() {
         QTest::addColumn<int>("entry");
         for (int i = 0; i < int(std::size(kScreens)); ++i) {

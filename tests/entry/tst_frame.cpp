@@ -95,7 +95,11 @@ private:
         m_screen = std::make_unique<TestScreen>(m_ctx, std::move(traits));
         m_screen->show();
         if (!QTest::qWaitForWindowActive(m_screen.get()))
-            return nullptr;
+            qFatal("the test screen did not become active");
+        // Most tests type into the name field first.
+        m_screen->text->setFocus(Qt::OtherFocusReason);
+        if (!QTest::qWaitFor([this] { return m_screen->text->hasFocus(); }))
+            qFatal("the name field took no focus");
         return m_screen.get();
     }
     static void focus(QWidget* w) {
@@ -113,12 +117,9 @@ private Q_SLOTS:
 
     void buttonsFollowTheModeTable() {
         TestScreen* s = open();
-        QVERIFY(s);
         auto on = [s](const char* name) {
             return s->findChild<QPushButton*>(QLatin1String(name))->isEnabled();
         };
-        QCOMPARE(s->findChild<QPushButton*>(QStringLiteral("BtnSave"))->text(),
-                 QStringLiteral("Save"));
         QVERIFY(on("BtnOpen") && on("BtnClear") && !on("BtnSave") && !on("BtnPrint") &&
                 !on("BtnRemove"));
         s->SetScreenMode(2);
@@ -130,21 +131,15 @@ private Q_SLOTS:
         QCOMPARE(s->modes, (std::vector<int>{1, 2, 3}));
     }
 
-    void ctrlSWithSaveOffAsksNothing() {
+    void ctrlSAsksBeforeSavingOnlyWhenSaveIsOn() {
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
-        BoxAnswerer boxes(QMessageBox::Yes);
-        QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
-        QTest::qWait(50);
-        QCOMPARE(boxes.count(), 0);
-        QCOMPARE(s->saves, 0);
-    }
-
-    void ctrlSAsksBeforeSaving() {
-        TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
+        {
+            BoxAnswerer boxes(QMessageBox::Yes);
+            QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
+            QTest::qWait(50);
+            QCOMPARE(boxes.count(), 0);
+            QCOMPARE(s->saves, 0);
+        }
         QTest::keyClick(s->text, Qt::Key_X);
         QVERIFY(s->button(Button::Save)->isEnabled());
         {
@@ -163,7 +158,6 @@ private Q_SLOTS:
 
     void ctrlLClearsAtOnceWhenNothingPending() {
         TestScreen* s = open();
-        QVERIFY(s);
         s->text->setText(QStringLiteral("kept?"));
         s->seller->setText(QStringLiteral("Akbar Traders-Okara"));
         focus(s->number);
@@ -197,8 +191,6 @@ private Q_SLOTS:
         t.clearTitle = title;
         t.clearIcon = QMessageBox::Icon(icon);
         TestScreen* s = open(t);
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClicks(s->text, QStringLiteral("ab"));
         {
             BoxAnswerer boxes(QMessageBox::No);
@@ -218,8 +210,6 @@ private Q_SLOTS:
 
     void enterMovesFocusAsTab() {
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key_Return);
         QTRY_VERIFY(s->seller->hasFocus());
         // A combo takes the entry its typed prefix names before focus moves on.
@@ -233,7 +223,6 @@ private Q_SLOTS:
 
     void enterInAGridMovesItsCell() {
         TestScreen* s = open();
-        QVERIFY(s);
         focus(s->grid);
         s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
         QTest::keyClick(s->grid, 'L');
@@ -249,7 +238,6 @@ private Q_SLOTS:
         t.enterPassesIn = {QStringLiteral("Grid")};
         t.topMark = ScreenTraits::TopMark::None;
         TestScreen* s = open(t);
-        QVERIFY(s);
         focus(s->grid);
         s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
         QTest::keyClick(s->grid, Qt::Key_Return);
@@ -268,10 +256,8 @@ private Q_SLOTS:
         QTest::newRow("home") << int(Qt::Key_Home) << 0 << true;
         QTest::newRow("delete") << int(Qt::Key_Delete) << 0 << true;
         QTest::newRow("end") << int(Qt::Key_End) << 0 << false;
-        QTest::newRow("left") << int(Qt::Key_Left) << 0 << false;
         QTest::newRow("down") << int(Qt::Key_Down) << 0 << false;
         QTest::newRow("f5") << int(Qt::Key_F5) << 0 << false;
-        QTest::newRow("shift") << int(Qt::Key_Shift) << int(Qt::ShiftModifier) << false;
         QTest::newRow("ctrl") << int(Qt::Key_Control) << int(Qt::ControlModifier) << false;
     }
     void keysThatMark() {
@@ -279,8 +265,6 @@ private Q_SLOTS:
         QFETCH(int, modifiers);
         QFETCH(bool, marks);
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
         QCOMPARE(s->ModeWord == QStringLiteral("ChangeMode"), marks);
         QCOMPARE(s->button(Button::Save)->isEnabled(), marks);
@@ -290,8 +274,6 @@ private Q_SLOTS:
     void markingRules() {
         // Once with the word: a second key does not run the mode again.
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClicks(s->text, QStringLiteral("abc"));
         QCOMPARE(std::count(s->modes.begin(), s->modes.end(), 2), 1);
 
@@ -300,8 +282,6 @@ private Q_SLOTS:
         t.mark = ScreenTraits::Mark::EveryTime;
         t.markAfterHandledKeys = false;
         s = open(t);
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClicks(s->text, QStringLiteral("abc"));
         QCOMPARE(std::count(s->modes.begin(), s->modes.end(), 2), 3);
         QCOMPARE(s->ModeWord, QString());
@@ -314,8 +294,6 @@ private Q_SLOTS:
         t = contractLike();
         t.topMark = ScreenTraits::TopMark::EveryKey;
         s = open(t);
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key_Control, Qt::ControlModifier);
         QVERIFY(s->button(Button::Save)->isEnabled());
         QCOMPARE(s->ModeWord, QString());
@@ -324,7 +302,6 @@ private Q_SLOTS:
         t = contractLike();
         t.topMark = ScreenTraits::TopMark::EditControls;
         s = open(t);
-        QVERIFY(s);
         focus(s->check);
         QTest::keyClick(s->check, Qt::Key_F5);
         QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
@@ -332,8 +309,6 @@ private Q_SLOTS:
 
     void ctrlOpenOnlyWhereTheScreenHasIt() {
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key_O, Qt::ControlModifier);
         QCOMPARE(s->opens, 1);
         QCOMPARE(s->screenMode(), 1); // a command is no change
@@ -341,15 +316,12 @@ private Q_SLOTS:
         ScreenTraits t = contractLike();
         t.ctrlOpens = false;
         s = open(t);
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key_O, Qt::ControlModifier);
         QCOMPARE(s->opens, 0);
     }
 
     void f1PartySearchFillsTheCombo() {
         TestScreen* s = open();
-        QVERIFY(s);
         focus(s->seller);
         QTest::keyClick(s->seller, Qt::Key_F1);
         QCOMPARE(s->searches, 1);
@@ -369,8 +341,6 @@ private Q_SLOTS:
 
     void closingWithPendingChange() {
         TestScreen* s = open();
-        QVERIFY(s);
-        focus(s->text);
         QTest::keyClick(s->text, Qt::Key_X);
         {
             BoxAnswerer boxes(QMessageBox::No);
@@ -387,7 +357,6 @@ private Q_SLOTS:
 
     void errorsEndInTheErrorBox() {
         TestScreen* s = open();
-        QVERIFY(s);
         s->failSave = true;
         s->SetScreenMode(2);
         BoxAnswerer boxes(QMessageBox::Ok);
