@@ -119,7 +119,15 @@ void answerBoxes(BoxAnswers* seen, QList<QMessageBox::StandardButton> buttons) {
 
 class TstMasterData : public QObject {
     Q_OBJECT
+    std::unique_ptr<Conn> m_conn; // a fresh database with the small mill, for each test and row
+
 private Q_SLOTS:
+    void init() {
+        GM_REQUIRE_ENGINE();
+        m_conn = test::freshConn();
+        seed(*m_conn);
+    }
+    void cleanup() { m_conn.reset(); }
     void validationRefuses_data();
     void validationRefuses();
     void partyIsTwoRowsKeptTogether();
@@ -128,7 +136,6 @@ private Q_SLOTS:
     void processTakesItsComponentsAlong();
     void ledgerEntriesAreNumberedByTheDatabase();
     void editorByKeyboard();
-    void editorRefusesDeletingUsedRow();
     void detailListKeepsItsOwnKeys();
 };
 
@@ -186,13 +193,11 @@ void TstMasterData::validationRefuses_data() {
 }
 
 void TstMasterData::validationRefuses() {
-    GM_REQUIRE_ENGINE();
     QFETCH(QString, list);
     QFETCH(QVariantMap, values);
     QFETCH(QString, column);
     QFETCH(QString, message);
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     const TableDef& s = *findMasterTable(list);
     MasterDataStore store(*conn, s);
     RowValues r;
@@ -218,9 +223,7 @@ void TstMasterData::validationRefuses() {
 }
 
 void TstMasterData::partyIsTwoRowsKeptTogether() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     const TableDef& s = def("parties");
     MasterDataStore store(*conn, s);
 
@@ -294,14 +297,12 @@ void TstMasterData::usedRowCannotBeDeleted_data() {
 }
 
 void TstMasterData::usedRowCannotBeDeleted() {
-    GM_REQUIRE_ENGINE();
     QFETCH(QString, list);
     QFETCH(QString, keyColumn);
     QFETCH(QString, key);
     QFETCH(bool, withContract);
     QFETCH(QString, message);
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     if (withContract)
         addContract(*conn, 1, QStringLiteral("6001"), 1);
     const TableDef& s = *findMasterTable(list);
@@ -322,9 +323,7 @@ void TstMasterData::usedRowCannotBeDeleted() {
 }
 
 void TstMasterData::processTakesItsComponentsAlong() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
     const TableDef& parts = def("processcomponents");
     MasterDataStore components(*conn, parts);
@@ -349,9 +348,7 @@ void TstMasterData::processTakesItsComponentsAlong() {
 }
 
 void TstMasterData::ledgerEntriesAreNumberedByTheDatabase() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     const TableDef& s = def("ledger");
     MasterDataStore store(*conn, s);
     for (const char* debit : {"1500.25", "0"})
@@ -365,18 +362,10 @@ void TstMasterData::ledgerEntriesAreNumberedByTheDatabase() {
     QVERIFY(!rows[0][size_t(id)].isNull());
     QVERIFY(rows[0][size_t(id)] != rows[1][size_t(id)]);
     QCOMPARE(rows[0][size_t(s.fieldIndex("Debit"))].toDouble(), 1500.25);
-    // The component reads the balance from these rows.
-    QCOMPARE(toDouble(scalar(*conn,
-                             QStringLiteral("SELECT SUM(Debit - Credit) FROM LedgerEntries "
-                                            "WHERE AccountNo = ?"),
-                             {QStringLiteral("6001")})),
-             1500.25);
 }
 
 void TstMasterData::editorByKeyboard() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     MasterDataEditor editor(*conn, def("cities"));
     editor.resize(900, 500);
     editor.show();
@@ -431,33 +420,23 @@ void TstMasterData::editorByKeyboard() {
     QTRY_COMPARE(yes.texts.size(), 1);
     QCOMPARE(editor.visibleRowCount(), 0);
     QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Cities")), 2);
-}
 
-void TstMasterData::editorRefusesDeletingUsedRow() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
-    addContract(*conn, 1, QStringLiteral("6001"), 1);
-    MasterDataEditor editor(*conn, def("commodities"));
-    editor.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&editor));
-    editor.view()->setFocus();
-    QTest::keyClicks(editor.view(), QStringLiteral("wheat"));
-    QTest::keyClick(editor.findChild<QLineEdit*>(QStringLiteral("TxtFilter")), Qt::Key_Down);
-    BoxAnswers boxes;
-    answerBoxes(&boxes, {QMessageBox::Yes, QMessageBox::Ok});
+    // A city a party lives in is refused after the question, with the reason, and stays.
+    filter->clear();
+    QTest::keyClicks(editor.view(), QStringLiteral("mul"));
+    QTest::keyClick(filter, Qt::Key_Down);
+    BoxAnswers used;
+    answerBoxes(&used, {QMessageBox::Yes, QMessageBox::Ok});
     QTest::keyClick(editor.view(), Qt::Key_Delete);
-    QTRY_COMPARE(boxes.texts.size(), 2);
-    QCOMPARE(boxes.texts[0], QStringLiteral("Delete the commodity \"Wheat\"?"));
-    QCOMPARE(boxes.texts[1],
-             QStringLiteral("This commodity cannot be deleted: it is used in (PContracts)."));
-    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Commodities")), 2);
+    QTRY_COMPARE(used.texts.size(), 2);
+    QCOMPARE(used.texts[0], QStringLiteral("Delete the city \"Multan\"?"));
+    QCOMPARE(used.texts[1],
+             QStringLiteral("This city cannot be deleted: it is used in (Parties)."));
+    QCOMPARE(count(*conn, QStringLiteral("SELECT COUNT(*) FROM Cities")), 2);
 }
 
 void TstMasterData::detailListKeepsItsOwnKeys() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    seed(*conn);
+    auto& conn = m_conn;
     insert(*conn, "processes", {{"ProcessId", "1"}, {"ProcessName", "Milling"}});
     MasterDataEditor editor(*conn, def("processes"));
     editor.resize(900, 700);
