@@ -1,3 +1,4 @@
+#include "../datastore/DocumentFixture.h"
 #include "Generator.h"
 
 #include "datastore/Conn.h"
@@ -54,121 +55,78 @@ GenerateOptions small(std::uint64_t seed) {
 class TestBenchGenerator : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void sameSeedSameMill();
-    void stockFollowsTheDocuments();
-    void refusesAFilledDatabase();
-    void diceStaysInItsBounds();
+    void sameSeedSameMill() {
+        GM_REQUIRE_ENGINE();
+        auto a = test::freshConn();
+        auto b = test::freshConn();
+        auto c = test::freshConn();
+        generateMill(*a, small(7));
+        generateMill(*b, small(7));
+        generateMill(*c, small(8));
+        const QStringList first = fingerprint(*a);
+        QCOMPARE(fingerprint(*b), first);
+        QVERIFY(fingerprint(*c) != first);
+
+        // The history ends on the day asked for, and the shape is that of a working mill.
+        QCOMPARE(toDate(scalar(*a, QStringLiteral("SELECT MAX(ArrivalDate) FROM Arrivals"))),
+                 kToday);
+        // Invoices follow arrivals by up to ten days, so only older vehicles are all settled.
+        const QDate settled = kToday.addDays(-10);
+        const double vehicles = toDouble(
+            scalar(*a,
+                   QStringLiteral("SELECT COUNT(*) FROM ArrivalsBody ab INNER JOIN Arrivals a ON "
+                                  "a.ArrivalId = ab.ArrivalId WHERE a.ArrivalDate < ?"),
+                   {settled}));
+        const double invoiced = toDouble(
+            scalar(*a,
+                   QStringLiteral("SELECT COUNT(*) FROM PurchaseBody pb INNER JOIN Arrivals a ON "
+                                  "a.ArrivalId = pb.ArrivalId WHERE a.ArrivalDate < ?"),
+                   {settled}));
+        QVERIFY2(
+            invoiced / vehicles > 0.75 && invoiced / vehicles < 0.95,
+            qPrintable(QStringLiteral("%1 of %2 vehicles invoiced").arg(invoiced).arg(vehicles)));
+        QCOMPARE(
+            toInt(scalar(*a, QStringLiteral("SELECT COUNT(*) FROM Arrivals WHERE ContractId IS "
+                                            "NOT NULL GROUP BY ContractId HAVING COUNT(*) > 1"))),
+            0);
+    }
+
+    void stockFollowsTheDocuments() {
+        GM_REQUIRE_ENGINE();
+        auto conn = test::freshConn();
+        generateMill(*conn, small(3));
+        QCOMPARE(test::stockFault(*conn), QString());
+        // A history that moves hardly any stock has proved little.
+        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM CurrentStock WHERE "
+                                                   "TotalWeight <> 0"))) > 10);
+        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM BagsCurrentStock"))) > 3);
+    }
+
+    void refusesAFilledDatabase() {
+        GM_REQUIRE_ENGINE();
+        auto conn = test::freshConn();
+        GenerateOptions o = small(1);
+        o.years = 0.003;
+        generateMill(*conn, o);
+        const qint64 before = toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals")));
+        QVERIFY_THROWS_EXCEPTION(DbError, generateMill(*conn, o));
+        QCOMPARE(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals"))), before);
+    }
+
+    void diceStaysInItsBounds() {
+        Dice dice(42);
+        bool sawLow = false, sawHigh = false;
+        for (int i = 0; i < 2000; ++i) {
+            const qint64 v = dice.between(1, 5);
+            QVERIFY(v >= 1 && v <= 5);
+            sawLow |= v == 1;
+            sawHigh |= v == 5;
+            const double u = dice.unit();
+            QVERIFY(u >= 0 && u < 1);
+        }
+        QVERIFY(sawLow && sawHigh);
+    }
 };
-
-void TestBenchGenerator::sameSeedSameMill() {
-    GM_REQUIRE_ENGINE();
-    auto a = test::freshConn();
-    auto b = test::freshConn();
-    auto c = test::freshConn();
-    generateMill(*a, small(7));
-    generateMill(*b, small(7));
-    generateMill(*c, small(8));
-    const QStringList first = fingerprint(*a);
-    QCOMPARE(fingerprint(*b), first);
-    QVERIFY(fingerprint(*c) != first);
-
-    // The history ends on the day asked for, and the shape is that of a working mill.
-    QCOMPARE(toDate(scalar(*a, QStringLiteral("SELECT MAX(ArrivalDate) FROM Arrivals"))), kToday);
-    // Invoices follow arrivals by up to ten days, so only older vehicles are all settled.
-    const QDate settled = kToday.addDays(-10);
-    const double vehicles = toDouble(
-        scalar(*a,
-               QStringLiteral("SELECT COUNT(*) FROM ArrivalsBody ab INNER JOIN Arrivals a ON "
-                              "a.ArrivalId = ab.ArrivalId WHERE a.ArrivalDate < ?"),
-               {settled}));
-    const double invoiced = toDouble(
-        scalar(*a,
-               QStringLiteral("SELECT COUNT(*) FROM PurchaseBody pb INNER JOIN Arrivals a ON "
-                              "a.ArrivalId = pb.ArrivalId WHERE a.ArrivalDate < ?"),
-               {settled}));
-    QVERIFY2(invoiced / vehicles > 0.75 && invoiced / vehicles < 0.95,
-             qPrintable(QStringLiteral("%1 of %2 vehicles invoiced").arg(invoiced).arg(vehicles)));
-    QCOMPARE(toInt(scalar(*a, QStringLiteral("SELECT COUNT(*) FROM Arrivals WHERE ContractId IS "
-                                             "NOT NULL GROUP BY ContractId HAVING COUNT(*) > 1"))),
-             0);
-}
-
-void TestBenchGenerator::stockFollowsTheDocuments() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    generateMill(*conn, small(3));
-    // What the stock must hold, computed from the documents alone.
-    Query weights(
-        *conn, QStringLiteral("SELECT c.CommodityId, COALESCE(s.TotalWeight, 0), "
-                              "COALESCE((SELECT SUM(ab.NetWeight) FROM ArrivalsBody ab INNER JOIN "
-                              "Arrivals a ON a.ArrivalId = ab.ArrivalId WHERE a.IsPosted = 1 AND "
-                              "ab.CommodityId = c.CommodityId), 0) - COALESCE((SELECT "
-                              "SUM(x.NoOfBags * x.BagWeight) FROM Consumption x WHERE "
-                              "x.CommodityId = c.CommodityId), 0) + COALESCE((SELECT "
-                              "SUM(p.NoOfBags * p.BagWeight) FROM Production p WHERE "
-                              "p.CommodityId = c.CommodityId), 0) "
-                              "FROM Commodities c LEFT JOIN CurrentStock s ON s.CommodityId = "
-                              "c.CommodityId"));
-    weights.exec();
-    int moved = 0;
-    while (weights.next()) {
-        QVERIFY2(qAbs(toDouble(weights.value(1)) - toDouble(weights.value(2))) < 0.01,
-                 qPrintable(QStringLiteral("commodity %1: stock %2, documents %3")
-                                .arg(toInt(weights.value(0)))
-                                .arg(toDouble(weights.value(1)))
-                                .arg(toDouble(weights.value(2)))));
-        moved += toDouble(weights.value(1)) != 0;
-    }
-    QVERIFY(moved > 10);
-
-    Query bags(*conn,
-               QStringLiteral(
-                   "SELECT s.BagsTypeId, s.BagsClassId, s.NoOfBags, "
-                   "COALESCE((SELECT SUM(ab.NoOfBags) FROM ArrivalsBody ab INNER JOIN Arrivals a "
-                   "ON a.ArrivalId = ab.ArrivalId WHERE a.IsPosted = 1 AND ab.BagsTypeId = "
-                   "s.BagsTypeId AND ab.BagsClassId = s.BagsClassId), 0) - COALESCE((SELECT "
-                   "SUM(p.NoOfBags) FROM Production p INNER JOIN DailyProduction d ON "
-                   "d.ProductionDate = p.ProductionDate AND d.ProcessId = p.ProcessId WHERE "
-                   "d.AddBardana = 0 AND p.BagsTypeId = s.BagsTypeId AND p.BagsClassId = "
-                   "s.BagsClassId), 0) FROM BagsCurrentStock s"));
-    bags.exec();
-    int kinds = 0;
-    while (bags.next()) {
-        QVERIFY2(qAbs(toDouble(bags.value(2)) - toDouble(bags.value(3))) < 0.01,
-                 qPrintable(QStringLiteral("bags %1/%2: stock %3, documents %4")
-                                .arg(toInt(bags.value(0)))
-                                .arg(toInt(bags.value(1)))
-                                .arg(toDouble(bags.value(2)))
-                                .arg(toDouble(bags.value(3)))));
-        ++kinds;
-    }
-    QVERIFY(kinds > 3);
-}
-
-void TestBenchGenerator::refusesAFilledDatabase() {
-    GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    GenerateOptions o = small(1);
-    o.years = 0.003;
-    generateMill(*conn, o);
-    const qint64 before = toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals")));
-    QVERIFY_THROWS_EXCEPTION(DbError, generateMill(*conn, o));
-    QCOMPARE(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals"))), before);
-}
-
-void TestBenchGenerator::diceStaysInItsBounds() {
-    Dice dice(42);
-    bool sawLow = false, sawHigh = false;
-    for (int i = 0; i < 2000; ++i) {
-        const qint64 v = dice.between(1, 5);
-        QVERIFY(v >= 1 && v <= 5);
-        sawLow |= v == 1;
-        sawHigh |= v == 5;
-        const double u = dice.unit();
-        QVERIFY(u >= 0 && u < 1);
-    }
-    QVERIFY(sawLow && sawHigh);
-}
 
 QTEST_GUILESS_MAIN(TestBenchGenerator)
 #include "tst_bench_generator.moc"

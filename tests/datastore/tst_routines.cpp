@@ -76,8 +76,6 @@ private Q_SLOTS:
             << QStringLiteral("6100001") << QVariant(QDate::currentDate()) << -250000.0;
         QTest::newRow("account without entries")
             << QStringLiteral("6200003") << QVariant(QDate(2026, 12, 1)) << 0.0;
-        QTest::newRow("unknown account")
-            << QStringLiteral("6999999") << QVariant(QDate(2026, 12, 1)) << 0.0;
     }
 
     void currentDebit() {

@@ -7,52 +7,9 @@
 #include <QSqlRecord>
 #include <QTest>
 
-#include <cmath>
-
 using namespace gm;
 
 namespace {
-
-// The stock as the documents say it should be, beside what the database keeps; the first
-// difference, or a stock row that is missing, is the fault. Computed by plain queries only.
-QString stockFault(const Conn& c) {
-    const QString postedLines = QStringLiteral(
-        "FROM ArrivalsBody b JOIN Arrivals a ON a.ArrivalId = b.ArrivalId WHERE a.IsPosted = 1");
-    Query w(c, QStringLiteral("SELECT c.CommodityId,"
-                              " COALESCE((SELECT SUM(b.NetWeight) %1 AND b.CommodityId = "
-                              "c.CommodityId), 0)"
-                              " - COALESCE((SELECT SUM(NoOfBags * BagWeight) FROM Consumption x "
-                              "WHERE x.CommodityId = c.CommodityId), 0)"
-                              " + COALESCE((SELECT SUM(NoOfBags * BagWeight) FROM Production x "
-                              "WHERE x.CommodityId = c.CommodityId), 0),"
-                              " (SELECT TotalWeight FROM CurrentStock s WHERE s.CommodityId = "
-                              "c.CommodityId) FROM Commodities c")
-                   .arg(postedLines));
-    Query b(c, QStringLiteral(
-                   "SELECT t.BagsTypeId * 100 + k.BagsClassId,"
-                   " COALESCE((SELECT SUM(b.NoOfBags) %1 AND b.BagsTypeId = t.BagsTypeId AND "
-                   "b.BagsClassId = k.BagsClassId), 0)"
-                   " - COALESCE((SELECT SUM(p.NoOfBags) FROM Production p JOIN DailyProduction d "
-                   "ON d.ProductionDate = p.ProductionDate AND d.ProcessId = p.ProcessId WHERE "
-                   "d.AddBardana = 0 AND p.BagsTypeId = t.BagsTypeId AND p.BagsClassId = "
-                   "k.BagsClassId), 0),"
-                   " (SELECT NoOfBags FROM BagsCurrentStock s WHERE s.BagsTypeId = t.BagsTypeId "
-                   "AND s.BagsClassId = k.BagsClassId) FROM BagsTypes t CROSS JOIN BagsClasses k")
-                   .arg(postedLines));
-    for (auto [q, what] : {std::pair{&w, "commodity"}, std::pair{&b, "bag kind"}}) {
-        q->exec();
-        while (q->next()) {
-            const double expected = toDouble(q->value(1));
-            // A row may be missing only while nothing ever moved it.
-            if ((q->value(2).isNull() && expected != 0) ||
-                std::abs(expected - toDouble(q->value(2))) > 1e-6)
-                return QStringLiteral("%1 %2: documents say %3, stock says %4")
-                    .arg(QLatin1String(what), q->value(0).toString(), QString::number(expected),
-                         q->value(2).isNull() ? QStringLiteral("no row") : q->value(2).toString());
-        }
-    }
-    return {};
-}
 
 // Changes the documents as the screens do, and as a careless hand at the database might, at
 // random but repeatably for one seed. Each step names what it did.
@@ -359,14 +316,14 @@ private Q_SLOTS:
         execute(c, QStringLiteral("UPDATE DFCPayments SET IsPosted = 0 WHERE PaymentId = 1"));
         execute(c, QStringLiteral("DELETE FROM PurchaseBody"));
         QCOMPARE(weight(), 19890.0 + 9940.0 - 100 * 100);
-        QCOMPARE(stockFault(c), QString());
+        QCOMPARE(test::stockFault(c), QString());
     }
 
     // The sample mill, with whatever sample documents it carries, starts out consistent.
     void sampleMillStartsConsistent() {
         GM_REQUIRE_ENGINE();
         auto conn = test::freshSampleConn();
-        QCOMPARE(stockFault(*conn), QString());
+        QCOMPARE(test::stockFault(*conn), QString());
     }
 
     void invariantHoldsUnderRandomChanges_data() {
@@ -387,7 +344,7 @@ private Q_SLOTS:
                 recent.removeFirst();
             const QString fault = recent.last().contains(QLatin1String("FAULT"))
                                       ? QStringLiteral("the keys let it pass")
-                                      : stockFault(*conn);
+                                      : test::stockFault(*conn);
             QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + recent.join(u'\n')));
         }
         // A run that leaves nothing in stock has proved little.

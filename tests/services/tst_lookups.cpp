@@ -57,255 +57,233 @@ void loadFixture(const Conn& conn) {
 
 class TestLookups : public QObject {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase();
-    void partyLists_data();
-    void partyLists();
-    void partyNamesAreTheRoutines();
-    void commodityFlags_data();
-    void commodityFlags();
-    void referenceLists();
-    void unitTexts_data();
-    void unitTexts();
-    void screenQueries();
-    void likePatternsTreatTextAsData_data();
-    void likePatternsTreatTextAsData();
-    void findingByName();
-    void gridSums_data();
-    void gridSums();
-    void gridSumsOverAModel();
 
-private:
     std::unique_ptr<Conn> m_conn;
-};
 
-void TestLookups::initTestCase() {
-    QString why;
-    if (!test::engineAvailable(&why))
-        return;
-    m_conn = test::freshConn();
-    loadFixture(*m_conn);
-}
-
-void TestLookups::partyLists_data() {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QStringList>("keys");
-    // Name order ignores case; a closed account shows only under ALL; an account without a
-    // party row never shows.
-    QTest::newRow("ALL") << "ALL" << QStringList{"6002", "6003", "6004", "6005", "6001"};
-    QTest::newRow("Suppliers") << "Suppliers" << QStringList{"6002", "6003", "6001"};
-    QTest::newRow("Buyers") << "Buyers" << QStringList{"6001"};
-    QTest::newRow("Brokers") << "Brokers" << QStringList{"6002", "6005"};
-}
-
-void TestLookups::partyLists() {
-    GM_REQUIRE_ENGINE();
-    QFETCH(QString, type);
-    QFETCH(QStringList, keys);
-    const LookupList types = partyTypeList();
-    QCOMPARE(namesOf(types), (QStringList{"ALL", "Suppliers", "Buyers", "Brokers"}));
-    // The screen goes from the text in the type combo to its key and from there to the list.
-    const auto kind = partyTypeFromKey(findKey(types, type));
-    QVERIFY(kind.has_value());
-    QCOMPARE(partyTypeName(*kind), type);
-    QCOMPARE(keysOf(loadParties(*m_conn, *kind)), keys);
-}
-
-void TestLookups::partyNamesAreTheRoutines() {
-    GM_REQUIRE_ENGINE();
-    const LookupList all = loadParties(*m_conn, PartyType::All);
-    QCOMPARE(all.size(), std::size_t(5));
-    QCOMPARE(all[0], (LookupItem{"akbar & Sons-Okara", "6002"}));
-    QCOMPARE(all[3], (LookupItem{"O'Brien 100%-Okara", "6005"}));
-    // The party without a city reads as the routine reads it; it is listed all the same.
-    QCOMPARE(all[1].key, QStringLiteral("6003"));
-    QCOMPARE(all[1].name, toText(scalar(*m_conn, "SELECT FunGetPartyName(?)", {"6003"})));
-    QVERIFY(all[1].name.startsWith(QLatin1String("Bashir")));
-}
-
-void TestLookups::commodityFlags_data() {
-    QTest::addColumn<bool>("purchaseable");
-    QTest::addColumn<bool>("saleable");
-    QTest::addColumn<bool>("wheat");
-    QTest::addColumn<QStringList>("keys");
-    QTest::newRow("no flag") << false << false << false << QStringList{"1", "2", "3", "4", "5"};
-    QTest::newRow("all three: every commodity")
-        << true << true << true << QStringList{"1", "2", "3", "4", "5"};
-    QTest::newRow("purchaseable wheat") << true << false << true << QStringList{"1", "4"};
-    QTest::newRow("purchaseable and saleable") << true << true << false << QStringList{"3", "4"};
-    QTest::newRow("saleable") << false << true << false << QStringList{"2", "3", "4"};
-    QTest::newRow("wheat") << false << false << true << QStringList{"1", "4"};
-}
-
-void TestLookups::commodityFlags() {
-    GM_REQUIRE_ENGINE();
-    QFETCH(bool, purchaseable);
-    QFETCH(bool, saleable);
-    QFETCH(bool, wheat);
-    QFETCH(QStringList, keys);
-    const LookupList list = loadCommodities(*m_conn, purchaseable, saleable, wheat);
-    QCOMPARE(keysOf(list), keys);
-    for (const LookupItem& item : list)
-        QCOMPARE(item.name,
-                 toText(scalar(*m_conn, "SELECT FunGetCommodity(?)", {item.key.toInt()})));
-}
-
-void TestLookups::referenceLists() {
-    GM_REQUIRE_ENGINE();
-    QCOMPARE(loadBanks(*m_conn),
-             (LookupList{{"HBL", "112001"}, {"MCB", "112002"}, {"Cash in hand", "111"}}));
-    QCOMPARE(loadPRCenters(*m_conn),
-             (LookupList{{"arifwala", "2"}, {"Burewala", "3"}, {"Sahiwal", "1"}}));
-    QCOMPARE(loadBagTypes(*m_conn), (LookupList{{"Bardana", "2"}, {"Jute", "1"}, {"PP", "3"}}));
-    QCOMPARE(loadBagClasses(*m_conn), (LookupList{{"New", "1"}, {"Old", "2"}}));
-    QCOMPARE(loadProcesses(*m_conn), (LookupList{{"Cleaning", "1"}, {"Grinding", "2"}}));
-    QCOMPARE(namesOf(loadUnits(*m_conn)),
-             (QStringList{"Kg (1)", "Mound (40)", "Bori (38)", "Maund (37)", "Gram (0)"}));
-
-    // A refill shows the database as it is now, nothing of the list before.
-    {
-        Transaction tx(*m_conn);
-        execute(*m_conn, "DELETE FROM BagsClasses WHERE BagsClassId = ?", {1});
-        QCOMPARE(loadBagClasses(*m_conn), (LookupList{{"Old", "2"}}));
+private Q_SLOTS:
+    void initTestCase() {
+        QString why;
+        if (!test::engineAvailable(&why))
+            return;
+        m_conn = test::freshConn();
+        loadFixture(*m_conn);
     }
-    QCOMPARE(loadBagClasses(*m_conn).size(), std::size_t(2));
-}
 
-void TestLookups::unitTexts_data() {
-    QTest::addColumn<QVariant>("name");
-    QTest::addColumn<QVariant>("weight");
-    QTest::addColumn<QString>("text");
-    // Whole kilograms round half away from zero, unlike the screens' own rounding.
-    QTest::newRow("forty") << QVariant("Mound") << QVariant(40.0) << "Mound (40)";
-    QTest::newRow("tie up") << QVariant("Bori") << QVariant(37.5) << "Bori (38)";
-    QTest::newRow("tie away from even") << QVariant("Maund") << QVariant(36.5) << "Maund (37)";
-    QTest::newRow("just under a tie") << QVariant("Odd") << QVariant(36.4999) << "Odd (36)";
-    QTest::newRow("decimal text from the server")
-        << QVariant("Bag") << QVariant("49.5000") << "Bag (50)";
-    QTest::newRow("no weight") << QVariant("Bag") << QVariant() << "";
-    QTest::newRow("no name") << QVariant() << QVariant(40.0) << "";
-}
+    void partyLists_data() {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QStringList>("keys");
+        // Name order ignores case; a closed account shows only under ALL; an account without a
+        // party row never shows.
+        QTest::newRow("ALL") << "ALL" << QStringList{"6002", "6003", "6004", "6005", "6001"};
+        QTest::newRow("Suppliers") << "Suppliers" << QStringList{"6002", "6003", "6001"};
+        QTest::newRow("Buyers") << "Buyers" << QStringList{"6001"};
+        QTest::newRow("Brokers") << "Brokers" << QStringList{"6002", "6005"};
+    }
 
-void TestLookups::unitTexts() {
-    QFETCH(QVariant, name);
-    QFETCH(QVariant, weight);
-    QFETCH(QString, text);
-    QCOMPARE(unitDisplayName(name, weight), text);
-}
+    void partyLists() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(QString, type);
+        QFETCH(QStringList, keys);
+        const LookupList types = partyTypeList();
+        QCOMPARE(namesOf(types), (QStringList{"ALL", "Suppliers", "Buyers", "Brokers"}));
+        // The screen goes from the text in the type combo to its key and from there to the list.
+        const auto kind = partyTypeFromKey(findKey(types, type));
+        QVERIFY(kind.has_value());
+        QCOMPARE(partyTypeName(*kind), type);
+        QCOMPARE(keysOf(loadParties(*m_conn, *kind)), keys);
+    }
 
-void TestLookups::screenQueries() {
-    GM_REQUIRE_ENGINE();
-    QCOMPARE(GetRateUnitName(*m_conn, 1), QStringLiteral("Mound (40)"));
-    QCOMPARE(GetRateUnitName(*m_conn, 3), QStringLiteral("Bori (38)"));
-    QCOMPARE(GetRateUnitName(*m_conn, 5), QString());  // no rate unit
-    QCOMPARE(GetRateUnitName(*m_conn, 99), QString()); // no commodity
+    void partyNamesAreTheRoutines() {
+        GM_REQUIRE_ENGINE();
+        const LookupList all = loadParties(*m_conn, PartyType::All);
+        QCOMPARE(all[0], (LookupItem{"akbar & Sons-Okara", "6002"}));
+        QCOMPARE(all[3], (LookupItem{"O'Brien 100%-Okara", "6005"}));
+        // The party without a city reads as the routine reads it; it is listed all the same.
+        QCOMPARE(all[1].key, QStringLiteral("6003"));
+        QCOMPARE(all[1].name, toText(scalar(*m_conn, "SELECT FunGetPartyName(?)", {"6003"})));
+        QVERIFY(all[1].name.startsWith(QLatin1String("Bashir")));
+    }
 
-    const QHash<QString, double> weights = unitWeights(*m_conn);
-    QCOMPARE(weights.size(), 5);
-    QCOMPARE(weights.value("3"), 37.5);
+    void commodityFlags_data() {
+        QTest::addColumn<bool>("purchaseable");
+        QTest::addColumn<bool>("saleable");
+        QTest::addColumn<bool>("wheat");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("no flag") << false << false << false << QStringList{"1", "2", "3", "4", "5"};
+        QTest::newRow("all three: every commodity")
+            << true << true << true << QStringList{"1", "2", "3", "4", "5"};
+        QTest::newRow("purchaseable wheat") << true << false << true << QStringList{"1", "4"};
+        QTest::newRow("purchaseable and saleable")
+            << true << true << false << QStringList{"3", "4"};
+        QTest::newRow("saleable") << false << true << false << QStringList{"2", "3", "4"};
+        QTest::newRow("wheat") << false << false << true << QStringList{"1", "4"};
+    }
 
-    // A screen's own query: the fields are found whatever case the engine gives them, a
-    // bound value is data, and a null reads as the empty text.
-    QCOMPARE(loadList(*m_conn,
-                      "SELECT AccountNo AS id, AccountName AS name FROM ChartOfAccounts "
-                      "WHERE AccountName = ?",
-                      {"O'Brien 100%"}),
-             (LookupList{{"O'Brien 100%", "6005"}}));
-    QCOMPARE(loadList(*m_conn,
-                      "SELECT PartyId AS ID, CAST(NULL AS text) AS Name FROM Parties "
-                      "WHERE PartyId = ?",
-                      {"6001"}),
-             (LookupList{{"", "6001"}}));
-    QVERIFY_THROWS_EXCEPTION(DbError, loadList(*m_conn, "SELECT CityId, CityName FROM Cities"));
-    QVERIFY_THROWS_EXCEPTION(DbError, loadList(*m_conn, "SELECT Name, ID FROM NoSuchTable"));
-}
+    void commodityFlags() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(bool, purchaseable);
+        QFETCH(bool, saleable);
+        QFETCH(bool, wheat);
+        QFETCH(QStringList, keys);
+        const LookupList list = loadCommodities(*m_conn, purchaseable, saleable, wheat);
+        QCOMPARE(keysOf(list), keys);
+        for (const LookupItem& item : list)
+            QCOMPARE(item.name,
+                     toText(scalar(*m_conn, "SELECT FunGetCommodity(?)", {item.key.toInt()})));
+    }
 
-void TestLookups::likePatternsTreatTextAsData_data() {
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QStringList>("keys");
-    QTest::newRow("case ignored") << likeStartsWith("ZAHID") << QStringList{"6001"};
-    QTest::newRow("percent is a percent") << likeContains("100%") << QStringList{"6005"};
-    QTest::newRow("underscore is an underscore") << likeContains("_") << QStringList{};
-    QTest::newRow("quote") << likeStartsWith("o'b") << QStringList{"6005"};
-    QTest::newRow("escape character itself") << likeContains("!") << QStringList{};
-    QTest::newRow("empty matches all parties")
-        << likeContains("") << QStringList{"6001", "6002", "6003", "6004", "6005", "6999"};
-}
+    void referenceLists() {
+        GM_REQUIRE_ENGINE();
+        QCOMPARE(loadBanks(*m_conn),
+                 (LookupList{{"HBL", "112001"}, {"MCB", "112002"}, {"Cash in hand", "111"}}));
+        QCOMPARE(loadPRCenters(*m_conn),
+                 (LookupList{{"arifwala", "2"}, {"Burewala", "3"}, {"Sahiwal", "1"}}));
+        QCOMPARE(loadBagTypes(*m_conn), (LookupList{{"Bardana", "2"}, {"Jute", "1"}, {"PP", "3"}}));
+        QCOMPARE(loadBagClasses(*m_conn), (LookupList{{"New", "1"}, {"Old", "2"}}));
+        QCOMPARE(loadProcesses(*m_conn), (LookupList{{"Cleaning", "1"}, {"Grinding", "2"}}));
+        QCOMPARE(namesOf(loadUnits(*m_conn)),
+                 (QStringList{"Kg (1)", "Mound (40)", "Bori (38)", "Maund (37)", "Gram (0)"}));
 
-void TestLookups::likePatternsTreatTextAsData() {
-    GM_REQUIRE_ENGINE();
-    QFETCH(QString, pattern);
-    QFETCH(QStringList, keys);
-    const LookupList found =
-        loadList(*m_conn,
-                 "SELECT AccountNo AS ID, AccountName AS Name FROM ChartOfAccounts WHERE " +
-                     likeCondition(*m_conn, "AccountName") +
-                     " AND AccountNo LIKE ? "
-                     "ORDER BY AccountNo",
-                 {pattern, "6%"});
-    QCOMPARE(keysOf(found), keys);
-}
-
-void TestLookups::findingByName() {
-    const LookupList list{{"Wheat", "1"}, {"Flour", "2"}, {"Wheat", "7"}, {"", "9"}};
-    QCOMPARE(findKey(list, "Wheat"), QStringLiteral("1")); // the first of equal names
-    QCOMPARE(findKey(list, "Flour"), QStringLiteral("2"));
-    QCOMPARE(findKey(list, "wheat"), QStringLiteral("0"));
-    QCOMPARE(findKey(list, "Whea"), QStringLiteral("0"));
-    QCOMPARE(findKey({}, "Wheat"), QStringLiteral("0"));
-    QCOMPARE(indexOfName(list, "Flour"), 1);
-    QCOMPARE(indexOfName(list, ""), 3);
-    QCOMPARE(indexOfName(list, "Bran"), -1);
-}
-
-void TestLookups::gridSums_data() {
-    QTest::addColumn<QList<QStringList>>("rows");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<qint64>("raw");
-    QTest::newRow("no rows") << QList<QStringList>{} << 1 << qint64(0);
-    QTest::newRow("leading numbers") << QList<QStringList>{{"a", "12kg"},
-                                                           {"b", " -2.5"},
-                                                           {"c", "1,234"},
-                                                           {"d", "abc"},
-                                                           {"e", ""}}
-                                     << 1 << qint64(105000);
-    // Each cell becomes four-decimal money first: 0.00005 ties to 0, 0.00015 to 0.0002.
-    QTest::newRow("cells rounded to even")
-        << QList<QStringList>{{"0.00005"}, {"0.00015"}, {"0.00025"}} << 0 << qint64(4);
-    QTest::newRow("no drift over many rows")
-        << QList<QStringList>(1000, QStringList{"0.1"}) << 0 << qint64(1000000);
-    QTest::newRow("short rows count nothing")
-        << QList<QStringList>{{"5", "7"}, {"5"}} << 1 << qint64(70000);
-    QTest::newRow("column beyond every row") << QList<QStringList>{{"5"}} << 4 << qint64(0);
-}
-
-void TestLookups::gridSums() {
-    QFETCH(QList<QStringList>, rows);
-    QFETCH(int, column);
-    QFETCH(qint64, raw);
-    const std::vector<QStringList> store(rows.begin(), rows.end());
-    QCOMPARE(SumGridColumn(store, column).raw(), raw);
-
-    QStandardItemModel model(int(rows.size()), 0);
-    for (int r = 0; r < rows.size(); ++r)
-        for (int c = 0; c < rows[r].size(); ++c) {
-            if (model.columnCount() <= c)
-                model.setColumnCount(c + 1);
-            model.setItem(r, c, new QStandardItem(rows[r][c]));
+        // A refill shows the database as it is now, nothing of the list before.
+        {
+            Transaction tx(*m_conn);
+            execute(*m_conn, "DELETE FROM BagsClasses WHERE BagsClassId = ?", {1});
+            QCOMPARE(loadBagClasses(*m_conn), (LookupList{{"Old", "2"}}));
         }
-    QCOMPARE(SumGridColumn(model, column).raw(), raw);
-}
+        QCOMPARE(loadBagClasses(*m_conn).size(), std::size_t(2));
+    }
 
-void TestLookups::gridSumsOverAModel() {
-    // Grids hold numbers as well as texts; a number reads through its text.
-    QStandardItemModel model(3, 2);
-    model.setData(model.index(0, 1), 2.5);
-    model.setData(model.index(1, 1), QStringLiteral("7 bags"));
-    model.setData(model.index(2, 1), 1e-5);
-    QCOMPARE(SumGridColumn(model, 1), Currency::fromRaw(95000));
-    QCOMPARE(SumGridColumn(model, 0), Currency());
-    QCOMPARE(SumGridColumn(model, 2), Currency());
-}
+    void unitTexts_data() {
+        QTest::addColumn<QVariant>("name");
+        QTest::addColumn<QVariant>("weight");
+        QTest::addColumn<QString>("text");
+        // Whole kilograms round half away from zero, unlike the screens' own rounding.
+        // Ties (37.5, 36.5) are checked through the unit list itself.
+        QTest::newRow("just under a tie") << QVariant("Odd") << QVariant(36.4999) << "Odd (36)";
+        QTest::newRow("decimal text from the server")
+            << QVariant("Bag") << QVariant("49.5000") << "Bag (50)";
+        QTest::newRow("no weight") << QVariant("Bag") << QVariant() << "";
+        QTest::newRow("no name") << QVariant() << QVariant(40.0) << "";
+    }
+
+    void unitTexts() {
+        QFETCH(QVariant, name);
+        QFETCH(QVariant, weight);
+        QFETCH(QString, text);
+        QCOMPARE(unitDisplayName(name, weight), text);
+    }
+
+    void screenQueries() {
+        GM_REQUIRE_ENGINE();
+        QCOMPARE(GetRateUnitName(*m_conn, 1), QStringLiteral("Mound (40)"));
+        QCOMPARE(GetRateUnitName(*m_conn, 5), QString());  // no rate unit
+        QCOMPARE(GetRateUnitName(*m_conn, 99), QString()); // no commodity
+
+        const QHash<QString, double> weights = unitWeights(*m_conn);
+        QCOMPARE(weights.size(), 5);
+        QCOMPARE(weights.value("3"), 37.5);
+
+        // A screen's own query: the fields are found whatever case the engine gives them, a
+        // bound value is data, and a null reads as the empty text.
+        QCOMPARE(loadList(*m_conn,
+                          "SELECT AccountNo AS id, AccountName AS name FROM ChartOfAccounts "
+                          "WHERE AccountName = ?",
+                          {"O'Brien 100%"}),
+                 (LookupList{{"O'Brien 100%", "6005"}}));
+        QCOMPARE(loadList(*m_conn,
+                          "SELECT PartyId AS ID, CAST(NULL AS text) AS Name FROM Parties "
+                          "WHERE PartyId = ?",
+                          {"6001"}),
+                 (LookupList{{"", "6001"}}));
+        QVERIFY_THROWS_EXCEPTION(DbError, loadList(*m_conn, "SELECT CityId, CityName FROM Cities"));
+        QVERIFY_THROWS_EXCEPTION(DbError, loadList(*m_conn, "SELECT Name, ID FROM NoSuchTable"));
+    }
+
+    void likePatternsTreatTextAsData_data() {
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("case ignored") << likeStartsWith("ZAHID") << QStringList{"6001"};
+        QTest::newRow("percent is a percent") << likeContains("100%") << QStringList{"6005"};
+        QTest::newRow("underscore is an underscore") << likeContains("_") << QStringList{};
+        QTest::newRow("quote") << likeStartsWith("o'b") << QStringList{"6005"};
+        QTest::newRow("escape character itself") << likeContains("!") << QStringList{};
+        QTest::newRow("empty matches all parties")
+            << likeContains("") << QStringList{"6001", "6002", "6003", "6004", "6005", "6999"};
+    }
+
+    void likePatternsTreatTextAsData() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(QString, pattern);
+        QFETCH(QStringList, keys);
+        const LookupList found =
+            loadList(*m_conn,
+                     "SELECT AccountNo AS ID, AccountName AS Name FROM ChartOfAccounts WHERE " +
+                         likeCondition(*m_conn, "AccountName") +
+                         " AND AccountNo LIKE ? "
+                         "ORDER BY AccountNo",
+                     {pattern, "6%"});
+        QCOMPARE(keysOf(found), keys);
+    }
+
+    void findingByName() {
+        const LookupList list{{"Wheat", "1"}, {"Flour", "2"}, {"Wheat", "7"}, {"", "9"}};
+        QCOMPARE(findKey(list, "Wheat"), QStringLiteral("1")); // the first of equal names
+        QCOMPARE(findKey(list, "wheat"), QStringLiteral("0"));
+        QCOMPARE(findKey(list, "Whea"), QStringLiteral("0"));
+        QCOMPARE(indexOfName(list, "Flour"), 1);
+        QCOMPARE(indexOfName(list, ""), 3);
+        QCOMPARE(indexOfName(list, "Bran"), -1);
+    }
+
+    void gridSums_data() {
+        QTest::addColumn<QList<QStringList>>("rows");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<qint64>("raw");
+        QTest::newRow("no rows") << QList<QStringList>{} << 1 << qint64(0);
+        QTest::newRow("leading numbers") << QList<QStringList>{{"a", "12kg"},
+                                                               {"b", " -2.5"},
+                                                               {"c", "1,234"},
+                                                               {"d", "abc"},
+                                                               {"e", ""}}
+                                         << 1 << qint64(105000);
+        // Each cell becomes four-decimal money first: 0.00005 ties to 0, 0.00015 to 0.0002.
+        QTest::newRow("cells rounded to even")
+            << QList<QStringList>{{"0.00005"}, {"0.00015"}, {"0.00025"}} << 0 << qint64(4);
+        QTest::newRow("no drift over many rows")
+            << QList<QStringList>(1000, QStringList{"0.1"}) << 0 << qint64(1000000);
+        QTest::newRow("short rows count nothing")
+            << QList<QStringList>{{"5", "7"}, {"5"}} << 1 << qint64(70000);
+        QTest::newRow("column beyond every row") << QList<QStringList>{{"5"}} << 4 << qint64(0);
+    }
+
+    void gridSums() {
+        QFETCH(QList<QStringList>, rows);
+        QFETCH(int, column);
+        QFETCH(qint64, raw);
+        const std::vector<QStringList> store(rows.begin(), rows.end());
+        QCOMPARE(SumGridColumn(store, column).raw(), raw);
+
+        QStandardItemModel model(int(rows.size()), 0);
+        for (int r = 0; r < rows.size(); ++r)
+            for (int c = 0; c < rows[r].size(); ++c) {
+                if (model.columnCount() <= c)
+                    model.setColumnCount(c + 1);
+                model.setItem(r, c, new QStandardItem(rows[r][c]));
+            }
+        QCOMPARE(SumGridColumn(model, column).raw(), raw);
+    }
+
+    void gridSumsOverAModel() {
+        // Grids hold numbers as well as texts; a number reads through its text.
+        QStandardItemModel model(3, 2);
+        model.setData(model.index(0, 1), 2.5);
+        model.setData(model.index(1, 1), QStringLiteral("7 bags"));
+        model.setData(model.index(2, 1), 1e-5);
+        QCOMPARE(SumGridColumn(model, 1), Currency::fromRaw(95000));
+        QCOMPARE(SumGridColumn(model, 0), Currency());
+        QCOMPARE(SumGridColumn(model, 2), Currency());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestLookups)
 #include "tst_lookups.moc"

