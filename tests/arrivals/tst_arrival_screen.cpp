@@ -165,7 +165,6 @@ void TestArrivalScreen::freeArrivalOfThreeVehicles() {
     const double bagsBefore = stockBags(*m_conn, 2, 1);
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
-    QCOMPARE(s->windowTitle(), QStringLiteral("Arrivals"));
     QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(firstId));
     QVERIFY(!s->button(Button::Save)->isEnabled());
 
@@ -206,9 +205,6 @@ void TestArrivalScreen::freeArrivalOfThreeVehicles() {
     QTRY_VERIFY(m.done());
     QCOMPARE(m.texts(), QStringList({kSaveQuestion, kPrintQuestion}));
     QCOMPARE(count(*m_conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = ?", {firstId}), 3);
-    QCOMPARE(toDouble(scalar(*m_conn, "SELECT NetWeight FROM ArrivalsBody WHERE VehicleNo = ?",
-                             {QStringLiteral("LHR-1'22")})),
-             9980.0);
     QCOMPARE(
         toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {firstId})),
         QString::fromLatin1(kSeller));
