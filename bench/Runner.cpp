@@ -126,6 +126,8 @@ std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
     QTextStream err(stderr);
     const bool pg = conn.isPostgres();
     for (const Action& a : actions) {
+        if (!options.only.isEmpty() && !a.name.contains(options.only, Qt::CaseInsensitive))
+            continue;
         Result r{a.name, {}, {}, a.note};
         err << "  " << a.name << " ..." << Qt::flush;
         r.ours = measure(a, a.ours, options);

@@ -32,6 +32,8 @@ struct RunOptions {
     int budgetMs = 15000;
     // A server statement running longer than this is cancelled and reported as such.
     int statementTimeoutMs = 60000;
+    // Only the actions whose name contains this text, when it is not empty.
+    QString only;
 };
 
 std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,

@@ -110,6 +110,7 @@ int run(const QCommandLineParser& p) {
         err() << "--repeat needs a whole number above 0" << Qt::endl;
         return 2;
     }
+    o.only = p.value(QStringLiteral("only"));
     // A failing screen shows an error box; in a timing run it is noted and closed, never left
     // waiting for a click.
     QTimer boxes;
@@ -158,9 +159,9 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("grainmill-bench"));
 
     QCommandLineParser p;
-    p.setApplicationDescription(
-        QStringLiteral("generate --years N --database LOCATION [--seed S] [--today yyyy-MM-dd]\n"
-                       "run --database LOCATION [--compare LOCATION_1YEAR] [--repeat K]"));
+    p.setApplicationDescription(QStringLiteral(
+        "generate --years N --database LOCATION [--seed S] [--today yyyy-MM-dd]\n"
+        "run --database LOCATION [--compare LOCATION_1YEAR] [--repeat K] [--only TEXT]"));
     p.addHelpOption();
     p.addPositionalArgument(QStringLiteral("command"), QStringLiteral("generate or run"));
     p.addOption({QStringLiteral("database"), QStringLiteral("Database location."),
@@ -175,6 +176,9 @@ int main(int argc, char** argv) {
                  QStringLiteral("location")});
     p.addOption({QStringLiteral("repeat"), QStringLiteral("Repetitions per action."),
                  QStringLiteral("k"), QStringLiteral("20")});
+    p.addOption({QStringLiteral("only"),
+                 QStringLiteral("Time only the actions whose name contains this text."),
+                 QStringLiteral("text")});
     p.process(app);
 
     const QStringList args = p.positionalArguments();
