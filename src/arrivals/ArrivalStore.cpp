@@ -75,13 +75,11 @@ std::optional<CommodityDefaults> ArrivalStore::commodityDefaults(qint64 commodit
 }
 
 LookupList ArrivalStore::prCentres() const {
-    return loadList(m_conn,
-                    QStringLiteral("SELECT AuthorityLetters.CenterId AS ID, "
-                                   "PRCenters.CenterName AS Name "
-                                   "FROM AuthorityLetters INNER JOIN PRCenters "
-                                   "ON AuthorityLetters.CenterId = PRCenters.CenterId "
-                                   "GROUP BY AuthorityLetters.CenterId, PRCenters.CenterName "
-                                   "ORDER BY PRCenters.CenterName"));
+    // One probe of the letters' centre index per centre, however many letters the years bring.
+    return loadList(m_conn, QStringLiteral("SELECT c.CenterId AS ID, c.CenterName AS Name "
+                                           "FROM PRCenters c WHERE EXISTS (SELECT 1 FROM "
+                                           "AuthorityLetters l WHERE l.CenterId = c.CenterId) "
+                                           "ORDER BY c.CenterName, c.CenterId"));
 }
 
 LookupList ArrivalStore::permits() const {
@@ -90,24 +88,15 @@ LookupList ArrivalStore::permits() const {
 }
 
 RemainingQuota ArrivalStore::remaining(qint64 centerId) const {
-    Query arrived(m_conn, QStringLiteral("SELECT COALESCE(SUM(ab.NoOfBags), 0), "
-                                         "COALESCE(SUM(ab.NetWeight), 0) "
-                                         "FROM Arrivals a INNER JOIN ArrivalsBody ab "
-                                         "ON a.ArrivalId = ab.ArrivalId WHERE a.CenterId = ?"));
-    arrived.bind(centerId).exec();
-    double bags = 0, weight = 0;
-    if (arrived.next()) {
-        bags = toDouble(arrived.value(0));
-        weight = toDouble(arrived.value(1));
-    }
-    Query allowed(m_conn, QStringLiteral("SELECT COALESCE(SUM(NoOfBags), 0), "
-                                         "COALESCE(SUM(TotalWeight), 0) "
-                                         "FROM AuthorityLetters WHERE CenterId = ?"));
-    allowed.bind(centerId).exec();
+    // The database keeps the centre's totals as its letters and vehicles change; a centre
+    // that never had either has no row and nothing authorised or arrived.
+    Query q(m_conn, QStringLiteral("SELECT LetterBags, LetterWeight, ArrivedBags, ArrivedWeight "
+                                   "FROM PRCenterQuota WHERE CenterId = ?"));
+    q.bind(centerId).exec();
     RemainingQuota r;
-    if (allowed.next()) {
-        r.bags = toDouble(allowed.value(0)) - bags;
-        r.weight = roundHalfEven(toDouble(allowed.value(1)) - weight, 2);
+    if (q.next()) {
+        r.bags = toDouble(q.value(0)) - toDouble(q.value(2));
+        r.weight = roundHalfEven(toDouble(q.value(1)) - toDouble(q.value(3)), 2);
     }
     return r;
 }

@@ -21,6 +21,7 @@ const std::vector<Migration>& schemaMigrations() {
           QStringLiteral(
               "CREATE INDEX IX_Arrivals_CenterArrival ON Arrivals (CenterId, ArrivalId)")}},
         {4, schema::sqliteArrivalPostingRebuild(), {}},
+        {5, schema::sqliteQuotaStatements(), schema::postgresQuotaStatements()},
     };
     return all;
 }
@@ -52,6 +53,7 @@ const QStringList& schemaTableNames() {
         QStringLiteral("HProductionBody"),
         QStringLiteral("CurrentStock"),
         QStringLiteral("BagsCurrentStock"),
+        QStringLiteral("PRCenterQuota"),
         QStringLiteral("SchemaVersion"),
     };
     return names;

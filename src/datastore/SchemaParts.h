@@ -15,5 +15,9 @@ QStringList postgresRoutineStatements();
 // The arrival posting triggers of SQLite made anew, for databases made before they listed an
 // arrival's bag kinds through its key.
 QStringList sqliteArrivalPostingRebuild();
+// The PR centres' running quota totals: the table, the triggers that keep it, and its filling
+// from the letters and arrivals already there.
+QStringList sqliteQuotaStatements();
+QStringList postgresQuotaStatements();
 
 } // namespace gm::schema

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void invoicedArrivalIsNotRemoved();
     void lineWithoutBagWeightIsRefusedNotDropped();
     void centreQuotaCountsArrivedNetWeight();
+    void centreListAndQuotaFollowLetters();
     void printedPageCarriesLinesAndTotals();
 };
 
@@ -140,6 +141,43 @@ void TestArrivalStore::centreQuotaCountsArrivedNetWeight() {
     QCOMPARE(r.weight, 60000.0 - (25000.0 - 125.0 - 10.0)); // against the net, not the gross
     QCOMPARE(store.remaining(2).bags, 50.0);                // another centre's letters stay its own
     QVERIFY(!store.permitRates(1, kWheatLocal));
+}
+
+// Letters alone authorise; removing them all takes the centre off the list and leaves nothing
+// authorised, while what has arrived from it still counts against it.
+void TestArrivalStore::centreListAndQuotaFollowLetters() {
+    GM_REQUIRE_ENGINE();
+    auto conn = bareMill();
+    ArrivalStore store(*conn);
+    QVERIFY(store.prCentres().empty());
+    QCOMPARE(store.remaining(4).weight, 0.0);
+    insertDfcPayment(*conn, 1, kWheatGovernment, 3900, 80, 2,
+                     {{"P-100", 2, 300, 30000.25}, {"P-101", 1, 100, 10000}});
+    insertDfcPayment(*conn, 2, kWheatGovernment, 3900, 80, 2, {{"P-200", 2, 20, 2000.5}});
+    QCOMPARE(store.prCentres(),
+             LookupList({{QStringLiteral("PR Centre Okara"), QStringLiteral("1")},
+                         {QStringLiteral("PR Centre Renala Khurd"), QStringLiteral("2")}}));
+    QCOMPARE(store.remaining(2).bags, 320.0);
+    QCOMPARE(store.remaining(2).weight, 32000.75);
+
+    ArrivalDocument a = freeArrival(1, {vehicle("G-1", 50, 100)});
+    a.commodityId = kWheatGovernment;
+    a.centerId = 1;
+    a.sellerId = QString::fromLatin1(kDfcAccount);
+    store.save(a, true);
+    execute(*conn, QStringLiteral("DELETE FROM AuthorityLetters WHERE CenterId = 1"));
+    QCOMPARE(store.prCentres(),
+             LookupList({{QStringLiteral("PR Centre Renala Khurd"), QStringLiteral("2")}}));
+    QCOMPARE(store.remaining(1).bags, -50.0);
+    QCOMPARE(store.remaining(1).weight, -5000.0);
+
+    // The arrival moves to the other centre on a later save, then goes.
+    a.centerId = 2;
+    store.save(a, false);
+    QCOMPARE(store.remaining(1).bags, 0.0);
+    QCOMPARE(store.remaining(2).weight, 27000.75);
+    store.remove(1);
+    QCOMPARE(store.remaining(2).weight, 32000.75);
 }
 
 void TestArrivalStore::printedPageCarriesLinesAndTotals() {

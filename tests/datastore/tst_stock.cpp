@@ -1,3 +1,4 @@
+#include "datastore/Schema.h"
 #include "datastore/Sql.h"
 #include "DocumentFixture.h"
 #include "support/TestDb.h"
@@ -15,10 +16,10 @@ namespace {
 // random but repeatably for one seed. Each step names what it did.
 class Mill {
 public:
-    Mill(const Conn& c, quint32 seed) : m_c(c), m_rng(seed) {}
+    Mill(const Conn& c, quint32 seed) : m_c(c), m_rng(seed), m_seed(seed) {}
 
     QString step() {
-        switch (pick(12)) {
+        switch (pick(16)) {
         case 0:
             return newArrival();
         case 1:
@@ -40,21 +41,33 @@ public:
             return turnAddBardana();
         case 10:
             return changeDayLine();
-        default:
+        case 11:
             return removeDay();
+        case 12:
+            return newLetter();
+        case 13:
+            return changeLetter();
+        case 14:
+            return removeLetter();
+        default:
+            return moveArrivalCentre();
         }
     }
 
 private:
     const Conn& m_c;
     QRandomGenerator m_rng;
+    quint32 m_seed; // in vehicle and permit numbers, so that two mills can share a database
     int m_vehicle = 0;
+    int m_permit = 0;
 
     int pick(int n) { return int(m_rng.bounded(n)); }
     double oneOf(std::initializer_list<double> xs) { return xs.begin()[pick(int(xs.size()))]; }
     // A bag kind is sometimes left out, as loose grain comes.
     QVariant bagType() { return pick(10) ? QVariant(1 + pick(5)) : QVariant(); }
     QVariant bagClass() { return pick(10) ? QVariant(1 + pick(3)) : QVariant(); }
+    // Most arrivals and letters name one of the sample mill's centres; some name none.
+    QVariant centre() { return pick(4) ? QVariant(1 + pick(4)) : QVariant(); }
     void run(const char* sql, std::initializer_list<QVariant> values = {}) {
         execute(m_c, QString::fromUtf8(sql), values);
     }
@@ -78,6 +91,9 @@ private:
     QVariantList anyVehicle() {
         return anyRow("SELECT ArrivalId, VehicleNo FROM ArrivalsBody ORDER BY 1, 2");
     }
+    QVariantList anyLetter() {
+        return anyRow("SELECT PermitNo, CenterId FROM AuthorityLetters ORDER BY 1");
+    }
     QVariantList anyDay() {
         return anyRow(
             "SELECT ProductionDate, ProcessId, AddBardana FROM DailyProduction ORDER BY 1, 2");
@@ -89,8 +105,9 @@ private:
         run("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo, BagsTypeId, BagsClassId, "
             "NoOfBags, BagWeight, BagsDeduction, OtherDeduction, NetWeight) "
             "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-            {arrival, 1 + pick(3), QStringLiteral("V-%1").arg(++m_vehicle), bagType(), bagClass(),
-             bags, weight, deduction, other, bags * weight - bags * deduction - other});
+            {arrival, 1 + pick(3), QStringLiteral("V-%1-%2").arg(m_seed).arg(++m_vehicle),
+             bagType(), bagClass(), bags, weight, deduction, other,
+             bags * weight - bags * deduction - other});
     }
 
     void insertDayLine(const QVariantList& day, bool consumption) {
@@ -106,9 +123,9 @@ private:
     QString newArrival() {
         const QVariant id =
             scalar(m_c, QStringLiteral("SELECT COALESCE(MAX(ArrivalId), 0) + 1 FROM Arrivals"));
-        run("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId, IsPosted) "
-            "VALUES (?, '2026-11-01', 1, '6100001', 0)",
-            {id});
+        run("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CenterId, CommodityId, SellerId, "
+            "IsPosted) VALUES (?, '2026-11-01', ?, 1, '6100001', 0)",
+            {id, centre()});
         return saveArrival({id, 0});
     }
 
@@ -270,6 +287,57 @@ private:
         }
     }
 
+    QString newLetter() {
+        run("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId) SELECT 1, ?, 2 "
+            "WHERE NOT EXISTS (SELECT 1 FROM DFCPayments WHERE PaymentId = 1)",
+            {QDate(2026, 11, 1)});
+        const double bags = 1 + pick(500);
+        // A letter written by hand may leave its figures empty.
+        const QVariant weight = pick(8) ? QVariant(bags * oneOf({100, 99.95, 50.5})) : QVariant();
+        run("INSERT INTO AuthorityLetters (PaymentId, PermitNo, CenterId, NoOfBags, TotalWeight) "
+            "VALUES (1, ?, ?, ?, ?)",
+            {QStringLiteral("P-%1-%2").arg(m_seed).arg(++m_permit), centre(), bags, weight});
+        return QStringLiteral("letter %1 written").arg(m_permit);
+    }
+
+    QString changeLetter() {
+        const auto l = anyLetter();
+        if (l.isEmpty())
+            return newLetter();
+        switch (pick(3)) {
+        case 0:
+            run("UPDATE AuthorityLetters SET CenterId = ? WHERE PermitNo = ?", {centre(), l[0]});
+            return QStringLiteral("letter %1 moved to another centre").arg(l[0].toString());
+        case 1:
+            run("UPDATE AuthorityLetters SET NoOfBags = ?, TotalWeight = ? WHERE PermitNo = ?",
+                {pick(6) ? QVariant(1 + pick(500)) : QVariant(), oneOf({0, 1234.5678, 20000}),
+                 l[0]});
+            return QStringLiteral("letter %1 figures changed").arg(l[0].toString());
+        default: // everything at once
+            run("UPDATE AuthorityLetters SET CenterId = ?, NoOfBags = NoOfBags + 7, "
+                "TotalWeight = TotalWeight - 0.25 WHERE PermitNo = ?",
+                {centre(), l[0]});
+            return QStringLiteral("letter %1 moved and changed").arg(l[0].toString());
+        }
+    }
+
+    QString removeLetter() {
+        const auto l = anyLetter();
+        if (l.isEmpty())
+            return newLetter();
+        run("DELETE FROM AuthorityLetters WHERE PermitNo = ?", {l[0]});
+        return QStringLiteral("letter %1 removed").arg(l[0].toString());
+    }
+
+    // A head changes centre, or loses or gains one, with whatever vehicles it has.
+    QString moveArrivalCentre() {
+        const auto a = anyArrival();
+        if (a.isEmpty())
+            return newArrival();
+        run("UPDATE Arrivals SET CenterId = ? WHERE ArrivalId = ?", {centre(), a[0]});
+        return QStringLiteral("arrival %1 moved to another centre").arg(a[0].toInt());
+    }
+
     // As the production screen removes a day: its lines, then the day.
     QString removeDay() {
         const auto d = anyDay();
@@ -342,15 +410,68 @@ private Q_SLOTS:
             recent << QStringLiteral("%1: %2").arg(i).arg(mill.step());
             if (recent.size() > 8)
                 recent.removeFirst();
-            const QString fault = recent.last().contains(QLatin1String("FAULT"))
-                                      ? QStringLiteral("the keys let it pass")
-                                      : test::stockFault(*conn);
+            QString fault = recent.last().contains(QLatin1String("FAULT"))
+                                ? QStringLiteral("the keys let it pass")
+                                : test::stockFault(*conn);
+            if (fault.isEmpty())
+                fault = test::quotaFault(*conn);
             QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + recent.join(u'\n')));
         }
         // A run that leaves nothing in stock has proved little.
         QVERIFY(toInt(scalar(*conn,
                              QStringLiteral(
                                  "SELECT COUNT(*) FROM CurrentStock WHERE TotalWeight <> 0"))) > 0);
+        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM PRCenterQuota WHERE "
+                                                   "LetterWeight <> 0 AND ArrivedWeight <> 0"))) >
+                0);
+    }
+
+    // A database last opened by the program before the quota table: the letters and arrivals
+    // it already holds fill the table on the next opening, and the triggers take over from there.
+    void quotaFilledWhenOlderDatabaseOpens() {
+        GM_REQUIRE_ENGINE();
+        auto conn = test::freshMasterConn();
+        const QString location = test::lastLocation();
+        const QStringList back =
+            conn->isPostgres()
+                ? QStringList{"DROP TABLE PRCenterQuota",
+                              "DROP FUNCTION gm_authorityletters_quota(), gm_arrivalsbody_quota(), "
+                              "gm_arrivals_quota_move(), gm_arrivals_quota_remove() CASCADE",
+                              "DROP FUNCTION gm_move_arrival_quota(integer, integer, numeric), "
+                              "gm_move_quota(integer, numeric, numeric, numeric, numeric)"}
+                : QStringList{"DROP TRIGGER TrAuthorityLettersQuotaIns",
+                              "DROP TRIGGER TrAuthorityLettersQuotaUpd",
+                              "DROP TRIGGER TrAuthorityLettersQuotaDel",
+                              "DROP TRIGGER TrArrivalsBodyQuotaIns",
+                              "DROP TRIGGER TrArrivalsBodyQuotaUpd",
+                              "DROP TRIGGER TrArrivalsBodyQuotaDel",
+                              "DROP TRIGGER TrArrivalsQuotaMove",
+                              "DROP TRIGGER TrArrivalsQuotaDel",
+                              "DROP TABLE PRCenterQuota"};
+        for (const QString& sql : back) {
+            QSqlQuery q(conn->db()); // unprepared: a server prepares no definitions
+            QVERIFY2(q.exec(sql), qPrintable(sql));
+        }
+        execute(*conn, QStringLiteral("DELETE FROM SchemaVersion WHERE Version >= 5"));
+        Mill older(*conn, 11);
+        for (int i = 0; i < 200; ++i)
+            older.step();
+        conn.reset();
+
+        QString error;
+        auto reopened = Conn::open(location, &error);
+        QVERIFY2(reopened, qPrintable(error));
+        QCOMPARE(storedSchemaVersion(*reopened), latestSchemaVersion());
+        QCOMPARE(test::quotaFault(*reopened), QString());
+        QVERIFY(toInt(scalar(*reopened, QStringLiteral("SELECT COUNT(*) FROM PRCenterQuota WHERE "
+                                                       "LetterBags <> 0 AND ArrivedBags <> 0"))) >
+                0);
+        Mill newer(*reopened, 12);
+        for (int i = 0; i < 100; ++i) {
+            const QString did = newer.step();
+            const QString fault = test::quotaFault(*reopened);
+            QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + did));
+        }
     }
 };
 

@@ -1,0 +1,222 @@
+#include "datastore/SchemaParts.h"
+
+// A PR centre's quota as running totals, kept by the database alone like the stock:
+//   LetterBags, LetterWeight     = bags and total weight of the centre's authority letters
+//   ArrivedBags, ArrivedWeight   = bags and net weight of the vehicles of every arrival whose
+//                                  head names the centre, posted or not
+// so that the arrival screen reads one row instead of the centre's whole history. A letter or
+// head without a centre touches no row. There is deliberately no foreign key to PRCenters:
+// the removal guard would then name this table, and a centre nobody uses any more must stay
+// removable; a row of zeros left behind says the same as no row.
+
+namespace gm::schema {
+
+namespace {
+
+const char* const kTable = "CREATE TABLE PRCenterQuota ("
+                           "CenterId integer PRIMARY KEY, "
+                           "LetterBags %1 NOT NULL DEFAULT 0, "
+                           "LetterWeight %1 NOT NULL DEFAULT 0, "
+                           "ArrivedBags %1 NOT NULL DEFAULT 0, "
+                           "ArrivedWeight %1 NOT NULL DEFAULT 0)";
+
+// Every figure, whether a letter or a vehicle, with its centre.
+const char* const kFigures =
+    "SELECT CenterId, COALESCE(NoOfBags, 0) AS LB, COALESCE(TotalWeight, 0) AS LW, "
+    "0 AS AB, 0 AS AW FROM AuthorityLetters WHERE CenterId IS NOT NULL "
+    "UNION ALL "
+    "SELECT a.CenterId, 0, 0, COALESCE(b.NoOfBags, 0), COALESCE(b.NetWeight, 0) "
+    "FROM Arrivals a INNER JOIN ArrivalsBody b ON b.ArrivalId = a.ArrivalId "
+    "WHERE a.CenterId IS NOT NULL";
+
+// --- PostgreSQL: numeric throughout, so the totals are the exact sums ---------------------
+
+const char* const kPostgres[] = {
+    R"(CREATE FUNCTION gm_move_quota(center integer, letter_bags numeric, letter_weight numeric,
+                                     arrived_bags numeric, arrived_weight numeric)
+       RETURNS void LANGUAGE plpgsql AS $$
+       BEGIN
+         IF center IS NULL THEN RETURN; END IF;
+         letter_bags := COALESCE(letter_bags, 0);
+         letter_weight := COALESCE(letter_weight, 0);
+         arrived_bags := COALESCE(arrived_bags, 0);
+         arrived_weight := COALESCE(arrived_weight, 0);
+         IF letter_bags = 0 AND letter_weight = 0 AND arrived_bags = 0 AND arrived_weight = 0
+         THEN RETURN; END IF;
+         INSERT INTO PRCenterQuota (CenterId) VALUES (center) ON CONFLICT DO NOTHING;
+         UPDATE PRCenterQuota
+            SET LetterBags = LetterBags + letter_bags,
+                LetterWeight = LetterWeight + letter_weight,
+                ArrivedBags = ArrivedBags + arrived_bags,
+                ArrivedWeight = ArrivedWeight + arrived_weight
+          WHERE CenterId = center;
+       END $$)",
+    // All the vehicles of one head, in or out of a centre at once.
+    R"(CREATE FUNCTION gm_move_arrival_quota(center integer, arrival integer, sign numeric)
+       RETURNS void LANGUAGE plpgsql AS $$
+       DECLARE
+         bags numeric;
+         weight numeric;
+       BEGIN
+         IF center IS NULL THEN RETURN; END IF;
+         SELECT SUM(NoOfBags), SUM(NetWeight) INTO bags, weight
+           FROM ArrivalsBody WHERE ArrivalId = arrival;
+         PERFORM gm_move_quota(center, 0, 0, sign * bags, sign * weight);
+       END $$)",
+
+    R"(CREATE FUNCTION gm_authorityletters_quota() RETURNS trigger LANGUAGE plpgsql AS $$
+       BEGIN
+         IF TG_OP <> 'INSERT' THEN
+           PERFORM gm_move_quota(OLD.CenterId, -OLD.NoOfBags, -OLD.TotalWeight, 0, 0);
+         END IF;
+         IF TG_OP <> 'DELETE' THEN
+           PERFORM gm_move_quota(NEW.CenterId, NEW.NoOfBags, NEW.TotalWeight, 0, 0);
+         END IF;
+         RETURN NULL;
+       END $$)",
+    R"(CREATE TRIGGER TrAuthorityLettersQuota
+       AFTER INSERT OR DELETE OR UPDATE OF CenterId, NoOfBags, TotalWeight ON AuthorityLetters
+       FOR EACH ROW EXECUTE FUNCTION gm_authorityletters_quota())",
+
+    R"(CREATE FUNCTION gm_arrivalsbody_quota() RETURNS trigger LANGUAGE plpgsql AS $$
+       BEGIN
+         IF TG_OP <> 'INSERT' THEN
+           PERFORM gm_move_quota((SELECT CenterId FROM Arrivals WHERE ArrivalId = OLD.ArrivalId),
+                                 0, 0, -OLD.NoOfBags, -OLD.NetWeight);
+         END IF;
+         IF TG_OP <> 'DELETE' THEN
+           PERFORM gm_move_quota((SELECT CenterId FROM Arrivals WHERE ArrivalId = NEW.ArrivalId),
+                                 0, 0, NEW.NoOfBags, NEW.NetWeight);
+         END IF;
+         RETURN NULL;
+       END $$)",
+    R"(CREATE TRIGGER TrArrivalsBodyQuota
+       AFTER INSERT OR DELETE OR UPDATE OF ArrivalId, NoOfBags, NetWeight ON ArrivalsBody
+       FOR EACH ROW EXECUTE FUNCTION gm_arrivalsbody_quota())",
+
+    // A head that changes centre takes its vehicles along. The keys keep a head's number from
+    // changing while it has vehicles, so the vehicles under the old number are the ones moved.
+    R"(CREATE FUNCTION gm_arrivals_quota_move() RETURNS trigger LANGUAGE plpgsql AS $$
+       BEGIN
+         PERFORM gm_move_arrival_quota(OLD.CenterId, OLD.ArrivalId, -1);
+         PERFORM gm_move_arrival_quota(NEW.CenterId, NEW.ArrivalId, 1);
+         RETURN NULL;
+       END $$)",
+    R"(CREATE TRIGGER TrArrivalsQuotaMove AFTER UPDATE OF CenterId, ArrivalId ON Arrivals
+       FOR EACH ROW WHEN (OLD.CenterId IS DISTINCT FROM NEW.CenterId
+                          OR OLD.ArrivalId <> NEW.ArrivalId)
+       EXECUTE FUNCTION gm_arrivals_quota_move())",
+    // Before, while its vehicles (if the keys ever let a head go with them) are still its own.
+    R"(CREATE FUNCTION gm_arrivals_quota_remove() RETURNS trigger LANGUAGE plpgsql AS $$
+       BEGIN
+         PERFORM gm_move_arrival_quota(OLD.CenterId, OLD.ArrivalId, -1);
+         RETURN OLD;
+       END $$)",
+    R"(CREATE TRIGGER TrArrivalsQuotaRemove BEFORE DELETE ON Arrivals
+       FOR EACH ROW WHEN (OLD.CenterId IS NOT NULL)
+       EXECUTE FUNCTION gm_arrivals_quota_remove())",
+};
+
+// --- SQLite: real numbers, so every total is taken back to the four decimals its figures
+// carry; the float noise of thousands of moves never builds up, and the total stays the
+// nearest value to the exact sum that the reader then rounds as before.
+
+QString sqliteMove(const QString& center, const QString& letterBags, const QString& letterWeight,
+                   const QString& arrivedBags, const QString& arrivedWeight) {
+    return QStringLiteral("INSERT OR IGNORE INTO PRCenterQuota (CenterId) SELECT C FROM (SELECT "
+                          "%1 AS C) WHERE C IS NOT NULL;\n"
+                          "UPDATE PRCenterQuota SET "
+                          "LetterBags = ROUND(LetterBags + (%2), 4), "
+                          "LetterWeight = ROUND(LetterWeight + (%3), 4), "
+                          "ArrivedBags = ROUND(ArrivedBags + (%4), 4), "
+                          "ArrivedWeight = ROUND(ArrivedWeight + (%5), 4) "
+                          "WHERE CenterId = %1;\n")
+        .arg(center, letterBags, letterWeight, arrivedBags, arrivedWeight);
+}
+
+QString letterMove(const QString& row, const QString& sign) {
+    return sqliteMove(row + QStringLiteral(".CenterId"),
+                      QStringLiteral("%1COALESCE(%2.NoOfBags, 0)").arg(sign, row),
+                      QStringLiteral("%1COALESCE(%2.TotalWeight, 0)").arg(sign, row),
+                      QStringLiteral("0"), QStringLiteral("0"));
+}
+
+QString vehicleMove(const QString& row, const QString& sign) {
+    return sqliteMove(
+        QStringLiteral("(SELECT CenterId FROM Arrivals WHERE ArrivalId = %1.ArrivalId)").arg(row),
+        QStringLiteral("0"), QStringLiteral("0"),
+        QStringLiteral("%1COALESCE(%2.NoOfBags, 0)").arg(sign, row),
+        QStringLiteral("%1COALESCE(%2.NetWeight, 0)").arg(sign, row));
+}
+
+QString headMove(const QString& row, const QString& sign) {
+    const QString sum = QStringLiteral("%1COALESCE((SELECT SUM(%3) FROM ArrivalsBody WHERE "
+                                       "ArrivalId = %2.ArrivalId), 0)");
+    return sqliteMove(row + QStringLiteral(".CenterId"), QStringLiteral("0"), QStringLiteral("0"),
+                      sum.arg(sign, row, QStringLiteral("NoOfBags")),
+                      sum.arg(sign, row, QStringLiteral("NetWeight")));
+}
+
+QString trigger(const QString& name, const QString& event, const QString& body,
+                const QString& when = {}) {
+    return QStringLiteral("CREATE TRIGGER %1 %2 FOR EACH ROW %3BEGIN\n%4END")
+        .arg(name, event, when.isEmpty() ? QString() : QStringLiteral("WHEN %1 ").arg(when), body);
+}
+
+} // namespace
+
+QStringList sqliteQuotaStatements() {
+    const QString O = QStringLiteral("OLD"), N = QStringLiteral("NEW");
+    const QString minus = QStringLiteral("-"), plus;
+    return {
+        QString::fromLatin1(kTable).arg(QStringLiteral("numeric")),
+        trigger(QStringLiteral("TrAuthorityLettersQuotaIns"),
+                QStringLiteral("AFTER INSERT ON AuthorityLetters"), letterMove(N, plus),
+                QStringLiteral("NEW.CenterId IS NOT NULL")),
+        trigger(QStringLiteral("TrAuthorityLettersQuotaUpd"),
+                QStringLiteral("AFTER UPDATE OF CenterId, NoOfBags, TotalWeight ON "
+                               "AuthorityLetters"),
+                letterMove(O, minus) + letterMove(N, plus)),
+        trigger(QStringLiteral("TrAuthorityLettersQuotaDel"),
+                QStringLiteral("AFTER DELETE ON AuthorityLetters"), letterMove(O, minus),
+                QStringLiteral("OLD.CenterId IS NOT NULL")),
+
+        trigger(QStringLiteral("TrArrivalsBodyQuotaIns"),
+                QStringLiteral("AFTER INSERT ON ArrivalsBody"), vehicleMove(N, plus)),
+        trigger(QStringLiteral("TrArrivalsBodyQuotaUpd"),
+                QStringLiteral("AFTER UPDATE OF ArrivalId, NoOfBags, NetWeight ON ArrivalsBody"),
+                vehicleMove(O, minus) + vehicleMove(N, plus)),
+        trigger(QStringLiteral("TrArrivalsBodyQuotaDel"),
+                QStringLiteral("AFTER DELETE ON ArrivalsBody"), vehicleMove(O, minus)),
+
+        // The keys keep a head's number from changing while it has vehicles, so the vehicles
+        // under the old number are the ones that move with it.
+        trigger(QStringLiteral("TrArrivalsQuotaMove"),
+                QStringLiteral("AFTER UPDATE OF CenterId, ArrivalId ON Arrivals"),
+                headMove(O, minus) + headMove(N, plus),
+                QStringLiteral("OLD.CenterId IS NOT NEW.CenterId OR OLD.ArrivalId <> "
+                               "NEW.ArrivalId")),
+        trigger(QStringLiteral("TrArrivalsQuotaDel"), QStringLiteral("BEFORE DELETE ON Arrivals"),
+                headMove(O, minus), QStringLiteral("OLD.CenterId IS NOT NULL")),
+
+        QStringLiteral("INSERT INTO PRCenterQuota (CenterId, LetterBags, LetterWeight, "
+                       "ArrivedBags, ArrivedWeight) "
+                       "SELECT CenterId, ROUND(SUM(LB), 4), ROUND(SUM(LW), 4), ROUND(SUM(AB), 4), "
+                       "ROUND(SUM(AW), 4) FROM (%1) F GROUP BY CenterId")
+            .arg(QLatin1String(kFigures)),
+    };
+}
+
+QStringList postgresQuotaStatements() {
+    QStringList out{QString::fromLatin1(kTable).arg(QStringLiteral("numeric"))};
+    for (const char* s : kPostgres)
+        out << QString::fromUtf8(s);
+    out << QStringLiteral("INSERT INTO PRCenterQuota (CenterId, LetterBags, LetterWeight, "
+                          "ArrivedBags, ArrivedWeight) "
+                          "SELECT CenterId, SUM(LB), SUM(LW), SUM(AB), SUM(AW) FROM (%1) F "
+                          "GROUP BY CenterId")
+               .arg(QLatin1String(kFigures));
+    return out;
+}
+
+} // namespace gm::schema
