@@ -34,8 +34,8 @@ struct SearchFilters {
     bool byId = false;
     QVariant id; // a whole number, or the fraction typed, which no key equals
     QString name;
-    QVariant before; // the last key of the rows read so far; null for the first page
-    int pageRows = 0;
+    QVariant before;  // the last key of the rows read so far; null for the first page
+    int pageRows = 0; // the rows of at most this many keys; 0 for all of them
 };
 
 struct SearchDefinition {
@@ -55,9 +55,6 @@ struct SearchDefinition {
 };
 
 namespace {
-
-// Enough rows to fill a tall grid several times over; more are read as the list scrolls.
-constexpr int kPageRows = 200;
 
 // A party as every list shows it: account name, a hyphen and the city, with no blanks; a
 // party without a city shows its name alone, and one without an account has no name.
@@ -87,8 +84,12 @@ QString newestFirst(const char* key, const SearchFilters& f, QVariantList& binds
         sql += QStringLiteral(" AND %1 < ?").arg(QLatin1String(key));
         binds << f.before;
     }
-    binds << f.pageRows;
-    return sql + QStringLiteral(" ORDER BY %1 DESC LIMIT ?").arg(QLatin1String(key));
+    sql += QStringLiteral(" ORDER BY %1 DESC").arg(QLatin1String(key));
+    if (f.pageRows > 0) {
+        sql += QStringLiteral(" LIMIT ?");
+        binds << f.pageRows;
+    }
+    return sql;
 }
 
 QString containing(const QString& text) {
@@ -183,14 +184,43 @@ QString dfcSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
                                 "d.TotalWeight ORDER BY d.PaymentId");
 }
 
-QString hourlySql(const Conn&, const SearchFilters&, QVariantList&) {
-    // A serial with two commodities stands on two rows.
-    return QStringLiteral("SELECT h.SerialNo, h.ProcessTime, co.CommodityName "
-                          "FROM HourlyProduction h "
-                          "INNER JOIN HProductionBody hb ON h.SerialNo = hb.SerialNo "
-                          "INNER JOIN Commodities co ON hb.CommodityId = co.CommodityId "
-                          "GROUP BY h.SerialNo, h.ProcessTime, co.CommodityName "
-                          "ORDER BY h.SerialNo, co.CommodityName");
+// Oldest first, a page of serials at a time: a page ends on the last of its serials that have
+// production lines, so a serial with two commodities, which stands on two rows, is never split.
+// The keys guarantee that a line has its serial and its commodity, so the page's serials are
+// counted on the lines alone, along their serial index. That last serial is read first and
+// bound, so the planner sees how narrow the page is. Repeats of a commodity within a serial
+// are dropped as the rows are read, which spares the server a sort of the whole list.
+QString hourlySql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
+    // A server's time of day is read as text: made into a date and time on reading, each value
+    // would be converted to local time, which costs more than the rest of the row.
+    QString sql = QStringLiteral("SELECT h.SerialNo, %1 AS ProcessTime, co.CommodityName "
+                                 "FROM HourlyProduction h "
+                                 "INNER JOIN HProductionBody hb ON h.SerialNo = hb.SerialNo "
+                                 "INNER JOIN Commodities co ON hb.CommodityId = co.CommodityId "
+                                 "WHERE 1 = 1")
+                      .arg(conn.isPostgres() ? QStringLiteral("CAST(h.ProcessTime AS VARCHAR(32))")
+                                             : QStringLiteral("h.ProcessTime"));
+    if (!f.before.isNull()) {
+        sql += QStringLiteral(" AND h.SerialNo > ? AND hb.SerialNo > ?");
+        binds << f.before << f.before;
+    }
+    if (f.pageRows > 0) {
+        QString last = QStringLiteral("SELECT MAX(k.SerialNo) FROM "
+                                      "(SELECT DISTINCT b.SerialNo FROM HProductionBody b");
+        if (!f.before.isNull())
+            last += QStringLiteral(" WHERE b.SerialNo > ?");
+        last += QStringLiteral(" ORDER BY b.SerialNo LIMIT ?) k");
+        Query through(conn, last);
+        if (!f.before.isNull())
+            through.bind(f.before);
+        through.bind(f.pageRows).exec();
+        const QVariant until = through.next() ? through.value(0) : QVariant();
+        if (until.isNull())
+            return sql + QStringLiteral(" AND 1 = 0");
+        sql += QStringLiteral(" AND h.SerialNo <= ? AND hb.SerialNo <= ?");
+        binds << until << until;
+    }
+    return sql + QStringLiteral(" ORDER BY h.SerialNo, co.CommodityName");
 }
 
 using F = CellFormat;
@@ -270,7 +300,8 @@ const SearchDefinition kDfc{
     .statement = dfcSql,
 };
 
-// No filters: the whole list is read once and the commodity combo finds in it.
+// No filters: the list is read oldest first, a page at a time, and the commodity combo finds
+// in it, reading further only as far as the row it finds.
 const SearchDefinition kHourly{
     .objectName = "SchHProduction",
     .caption = "Search Hourly Production",
@@ -284,7 +315,7 @@ const SearchDefinition kHourly{
                 {"Process Time", 1, F::DateHour, 150},
                 {"Commodity", 2, F::Text, 220}},
     .keyField = 0,
-    .paged = false,
+    .paged = true,
     .statement = hourlySql,
 };
 
@@ -328,8 +359,9 @@ bool isDoubleClick(QTableView* grid, QEvent* event) {
 
 // ---------------------------------------------------------------------------------------------
 
-DocumentSearch::DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner)
-    : QDialog(owner), m_ctx(ctx), m_def(def) {
+DocumentSearch::DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner,
+                               int pageRows)
+    : QDialog(owner), m_ctx(ctx), m_def(def), m_pageRows(std::max(1, pageRows)) {
     setObjectName(QLatin1String(def.objectName));
     setWindowTitle(QLatin1String(def.caption));
     m_rows = new SearchRowsModel(def.columns, this);
@@ -442,7 +474,7 @@ void DocumentSearch::RunSearch() {
     }
     if (m_filter)
         f.name = m_filter->text();
-    f.pageRows = kPageRows;
+    f.pageRows = m_pageRows;
     try {
         const Conn& conn = m_ctx.db();
         if (m_def.paged) {
@@ -450,8 +482,9 @@ void DocumentSearch::RunSearch() {
             const Conn* db = &conn;
             m_rows->loadPaged(
                 conn,
-                [db, statement, f](const QVariant& lastKey, QVariantList& binds) mutable {
+                [db, statement, f](const QVariant& lastKey, int keys, QVariantList& binds) mutable {
                     f.before = lastKey;
+                    f.pageRows = keys;
                     return statement(*db, f, binds);
                 },
                 m_def.keyField, f.pageRows);
@@ -578,8 +611,9 @@ SchDFCPurchase::SchDFCPurchase(const Context& ctx, QWidget* owner)
     RunSearch();
 }
 
-SchHProduction::SchHProduction(const Context& ctx, QWidget* owner)
-    : DocumentSearch(ctx, kHourly, owner) {
+SchHProduction::SchHProduction(const Context& ctx, QWidget* owner, int pageSerials)
+    : DocumentSearch(ctx, kHourly, owner, pageSerials) {
+    m_rows->setDropRepeats(true);
     auto* label = new QLabel(QStringLiteral("Commodity"), topRowExtra());
     m_commodity = new LookupCombo(QStringLiteral("CboCommodity"), topRowExtra());
     m_commodity->setMinimumWidth(220);
@@ -606,14 +640,67 @@ void SchHProduction::FindCommodity(const QString& text) {
         moveToRow(0);
         return;
     }
-    const int rows = m_rows->rowCount();
-    for (int r = 0; r < rows; ++r) {
-        if (toText(field(r, 2)).compare(text, Qt::CaseInsensitive) == 0) {
-            moveToRow(r);
+    try {
+        const int row = findRow(text);
+        if (row >= 0) {
+            moveToRow(row);
             return;
         }
+        // Not on the list: the last row of all of it, read in one statement.
+        m_rows->fetchAll();
+    } catch (const DbError& e) {
+        showError(this, e);
     }
-    moveToRow(rows - 1);
+    moveToRow(m_rows->rowCount() - 1);
+}
+
+int SchHProduction::findRow(const QString& text) {
+    // The rows name commodities from their table, so the name's keys there tell whether any
+    // row can have it; most texts typed on the way to a name match none and cost no more.
+    const Conn& conn = m_ctx.db();
+    QVariantList ids;
+    Query named(conn, QStringLiteral("SELECT CommodityId, CommodityName FROM Commodities"));
+    named.exec();
+    while (named.next())
+        if (toText(named.value(1)).compare(text, Qt::CaseInsensitive) == 0)
+            ids << named.value(0);
+    if (ids.isEmpty())
+        return -1;
+
+    auto firstAt = [&](int from) {
+        for (int r = from, rows = m_rows->rowCount(); r < rows; ++r)
+            if (toText(field(r, 2)).compare(text, Qt::CaseInsensitive) == 0)
+                return r;
+        return -1;
+    };
+    if (const int row = firstAt(0); row >= 0 || !m_rows->canFetchMore({}))
+        return row;
+
+    // The first serial after those read that has one of these commodities, walked along the
+    // serials' index; then the rows up to it in one statement.
+    const QVariant after = m_rows->lastKey();
+    QString placeholders = QStringLiteral("?");
+    for (qsizetype i = 1; i < ids.size(); ++i)
+        placeholders += QStringLiteral(", ?");
+    Query first(conn,
+                QStringLiteral("SELECT hb.SerialNo FROM HProductionBody hb WHERE hb.SerialNo > ? "
+                               "AND hb.CommodityId IN (%1) ORDER BY hb.SerialNo LIMIT 1")
+                    .arg(placeholders));
+    first.bind(after);
+    for (const QVariant& id : ids)
+        first.bind(id);
+    first.exec();
+    const QVariant serial = first.next() ? first.value(0) : QVariant();
+    if (serial.isNull())
+        return -1;
+    const int serials = int(toInt(scalar(conn,
+                                         QStringLiteral("SELECT COUNT(DISTINCT SerialNo) FROM "
+                                                        "HProductionBody WHERE SerialNo > ? "
+                                                        "AND SerialNo <= ?"),
+                                         {after, serial})));
+    const int from = m_rows->rowCount();
+    m_rows->fetchKeys(std::max(1, serials));
+    return firstAt(from);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -55,8 +55,12 @@ public:
     // The text shown in a cell, as the user reads it.
     QString cellText(int row, int column) const;
 
+    // Enough rows to fill a tall grid several times over; more are read as the list scrolls.
+    static constexpr int kPageRows = 200;
+
 protected:
-    DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner);
+    DocumentSearch(const Context& ctx, const SearchDefinition& def, QWidget* owner,
+                   int pageRows = kPageRows);
     bool eventFilter(QObject* watched, QEvent* event) override;
     // Takes what the screen hands back from the chosen row.
     virtual void rowChosen(int row);
@@ -75,6 +79,7 @@ protected:
     QPushButton* m_select = nullptr;
     QPushButton* m_close = nullptr;
     int m_selectedId = 0;
+    const int m_pageRows; // keys a page reads
 
 private:
     void buildUi();
@@ -113,16 +118,22 @@ public:
     explicit SchDFCPurchase(const Context& ctx, QWidget* owner = nullptr);
 };
 
-// Lists every hourly production once at load; the commodity combo finds instead of filters.
+// Lists every hourly production, oldest first, a page of `pageSerials` serials at a time; the
+// commodity combo finds instead of filters.
 class SchHProduction : public DocumentSearch {
     Q_OBJECT
 public:
-    explicit SchHProduction(const Context& ctx, QWidget* owner = nullptr);
-    // Moves to the first row of that commodity (the whole name); the last row when no row
-    // has it, the first row for an empty text.
+    explicit SchHProduction(const Context& ctx, QWidget* owner = nullptr,
+                            int pageSerials = kPageRows);
+    // Moves to the first row of that commodity (the whole name, in any case); the last row of
+    // the whole list when no row has it, the first row for an empty text.
     void FindCommodity(const QString& text);
 
 private:
+    // The first row with that name, reading further pages as far as it; -1 when no row has
+    // it. Throws DbError.
+    int findRow(const QString& text);
+
     LookupCombo* m_commodity = nullptr;
 };
 

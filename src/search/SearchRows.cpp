@@ -13,7 +13,7 @@ SearchRowsModel::SearchRowsModel(std::vector<SearchColumn> columns, QObject* par
     : QAbstractTableModel(parent), m_columns(std::move(columns)) {}
 
 int SearchRowsModel::read(const Conn& conn, const QString& sql, const QVariantList& binds,
-                          std::vector<QVariant>& fields) {
+                          std::vector<QVariant>& fields, int* rows) {
     if (m_connection != conn.connectionName()) {
         m_statements.clear();
         m_connection = conn.connectionName();
@@ -37,20 +37,41 @@ int SearchRowsModel::read(const Conn& conn, const QString& sql, const QVariantLi
 
     const int width = query.record().count();
     m_width = width;
-    int rows = 0;
+    const size_t start = fields.size();
+    int count = 0;
+    int keys = 0;
     while (query.next()) {
+        const size_t row = fields.size();
         for (int f = 0; f < width; ++f)
             fields.push_back(query.value(f));
-        ++rows;
+        auto same = [&](int f) {
+            return fields[row + size_t(f)] == fields[row - size_t(width) + size_t(f)];
+        };
+        // Rows come in key order, so only a row of the same key as the one before can repeat.
+        if (row == start || !same(m_keyField)) {
+            ++keys;
+        } else if (m_dropRepeats) {
+            bool repeat = true;
+            for (int f = 0; f < width && repeat; ++f)
+                repeat = f == m_keyField || same(f);
+            if (repeat) {
+                fields.resize(row);
+                continue;
+            }
+        }
+        ++count;
     }
     query.finish();
-    return rows;
+    if (rows)
+        *rows = count;
+    return keys;
 }
 
 void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantList& binds) {
     clear();
     std::vector<QVariant> fields;
-    const int rows = read(conn, sql, binds, fields);
+    int rows = 0;
+    read(conn, sql, binds, fields, &rows);
     beginResetModel();
     m_fields = std::move(fields);
     m_rows = rows;
@@ -59,18 +80,19 @@ void SearchRowsModel::load(const Conn& conn, const QString& sql, const QVariantL
 
 void SearchRowsModel::loadPaged(const Conn& conn, PageStatement page, int keyField, int pageSize) {
     clear();
+    m_keyField = keyField;
     QVariantList binds;
-    const QString sql = page(QVariant(), binds);
+    const QString sql = page(QVariant(), pageSize, binds);
     std::vector<QVariant> fields;
-    const int rows = read(conn, sql, binds, fields);
+    int rows = 0;
+    const int keys = read(conn, sql, binds, fields, &rows);
     beginResetModel();
     m_fields = std::move(fields);
     m_rows = rows;
     m_pagingConn = &conn;
     m_page = std::move(page);
-    m_keyField = keyField;
     m_pageSize = pageSize;
-    m_more = rows >= pageSize;
+    m_more = keys >= pageSize;
     endResetModel();
 }
 
@@ -78,33 +100,52 @@ bool SearchRowsModel::canFetchMore(const QModelIndex& parent) const {
     return !parent.isValid() && m_more;
 }
 
-void SearchRowsModel::fetchMore(const QModelIndex& parent) {
-    if (!canFetchMore(parent))
+void SearchRowsModel::fetchKeys(int keys) {
+    if (!m_more)
         return;
     QVariantList binds;
-    std::vector<QVariant> fields;
+    const QString sql = m_page(lastKey(), keys, binds);
+    // Read straight behind the rows shown: a long list is not copied a second time. The view
+    // sees the new rows only once they are counted.
+    const size_t shown = m_fields.size();
     int rows = 0;
+    int read = 0;
     try {
-        const QString sql = m_page(field(m_rows - 1, m_keyField), binds);
-        rows = read(*m_pagingConn, sql, binds, fields);
-    } catch (const DbError& e) {
-        m_more = false;
-        emit fetchFailed(e.description(), e.source());
-        return;
+        read = this->read(*m_pagingConn, sql, binds, m_fields, &rows);
+    } catch (...) {
+        m_fields.resize(shown);
+        throw;
     }
-    m_more = rows >= m_pageSize;
+    m_more = keys > 0 && read >= keys;
     if (rows == 0)
         return;
     beginInsertRows({}, m_rows, m_rows + rows - 1);
-    m_fields.insert(m_fields.end(), std::make_move_iterator(fields.begin()),
-                    std::make_move_iterator(fields.end()));
     m_rows += rows;
     endInsertRows();
 }
 
+void SearchRowsModel::fetchMore(const QModelIndex& parent) {
+    if (!canFetchMore(parent))
+        return;
+    try {
+        fetchKeys(m_pageSize);
+    } catch (const DbError& e) {
+        m_more = false;
+        emit fetchFailed(e.description(), e.source());
+    }
+}
+
 void SearchRowsModel::fetchAll() {
-    while (canFetchMore({}))
-        fetchMore({});
+    try {
+        fetchKeys(0);
+    } catch (const DbError& e) {
+        m_more = false;
+        emit fetchFailed(e.description(), e.source());
+    }
+}
+
+QVariant SearchRowsModel::lastKey() const {
+    return field(m_rows - 1, m_keyField);
 }
 
 void SearchRowsModel::clear() {

@@ -35,7 +35,8 @@ struct SearchColumn {
 // Statements are prepared once per text and reused, since a search runs again on each
 // keystroke. A list in key order can be read a page at a time: the view asks for the next
 // page as the user scrolls, and each page is a statement of its own that starts after the
-// last key read, so no cursor stays open while other statements use the connection.
+// last key read, so no cursor stays open while other statements use the connection. A page
+// holds a number of keys; a key may stand on several rows, and a page never splits them.
 class SearchRowsModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -43,14 +44,23 @@ public:
 
     // Replaces the rows with the result of `sql` run with `binds`; throws DbError.
     void load(const Conn& conn, const QString& sql, const QVariantList& binds);
-    // The statement for the page after `lastKey` (null for the first page), its values
-    // appended to `binds`; it reads at most the page size given to loadPaged.
-    using PageStatement = std::function<QString(const QVariant& lastKey, QVariantList& binds)>;
+    // The statement for the rows after `lastKey` (null for the first page), its values
+    // appended to `binds`; it reads the rows of at most `keys` keys, all the rest for 0.
+    using PageStatement =
+        std::function<QString(const QVariant& lastKey, int keys, QVariantList& binds)>;
     // Replaces the rows with the first page; a full page means there may be more. `conn`
     // must outlive the model's paging. Throws DbError.
     void loadPaged(const Conn& conn, PageStatement page, int keyField, int pageSize);
-    // Reads every page not read yet.
+    // Reads the rows of the next `keys` keys, or of all the rest for 0, in one statement.
+    // Throws DbError and then leaves the rows read before as they were.
+    void fetchKeys(int keys);
+    // Reads every page not read yet, in one statement; a failure is told as fetchMore's is.
     void fetchAll();
+    // For a statement that cannot group its rows cheaply: a row equal in every field to the
+    // one before it is left out. Its order must bring equal rows together.
+    void setDropRepeats(bool drop) { m_dropRepeats = drop; }
+    // The key of the last row read; null when there is none.
+    QVariant lastKey() const;
     void clear();
     QVariant field(int row, int field) const;
     int columnWidth(int column) const { return m_columns[size_t(column)].width; }
@@ -71,8 +81,9 @@ Q_SIGNALS:
     void fetchFailed(const QString& description, const QString& source);
 
 private:
+    // Appends the rows read to `fields` and returns how many keys they hold.
     int read(const Conn& conn, const QString& sql, const QVariantList& binds,
-             std::vector<QVariant>& fields);
+             std::vector<QVariant>& fields, int* rows);
 
     std::vector<SearchColumn> m_columns;
     std::vector<QVariant> m_fields; // row after row, m_width fields each
@@ -85,6 +96,7 @@ private:
     int m_keyField = 0;
     int m_pageSize = 0;
     bool m_more = false;
+    bool m_dropRepeats = false;
 };
 
 } // namespace gm
