@@ -85,6 +85,16 @@ Subjects pickSubjects(const Conn& conn) {
     s.serialToOpen = int(toInt(scalar(
         conn, QStringLiteral("SELECT MAX(SerialNo) FROM HourlyProduction WHERE ProcessTime < ?"),
         {QDateTime(monthAgo, QTime(0, 0))})));
+    s.hourlyLateName = toText(
+        scalar(conn, QStringLiteral("SELECT co.CommodityName FROM HProductionBody hb "
+                                    "INNER JOIN Commodities co ON co.CommodityId = hb.CommodityId "
+                                    "GROUP BY co.CommodityName "
+                                    "ORDER BY MIN(hb.SerialNo) DESC, co.CommodityName LIMIT 1")));
+    s.hourlyNoName = toText(
+        scalar(conn, QStringLiteral("SELECT CommodityName FROM Commodities co WHERE NOT EXISTS "
+                                    "(SELECT 1 FROM HProductionBody hb "
+                                    "WHERE hb.CommodityId = co.CommodityId) "
+                                    "ORDER BY CommodityId LIMIT 1")));
     s.freeContract = toInt(scalar(
         conn, QStringLiteral("SELECT MAX(ContractId) FROM PContracts pc WHERE NOT EXISTS "
                              "(SELECT 1 FROM Arrivals a WHERE a.ContractId = pc.ContractId)")));
@@ -684,6 +694,20 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         },
         QStringLiteral("opening the screen, which lists every hourly record"));
     (void)hourly;
+    // The find moves through the list; each repetition starts from a freshly opened screen.
+    auto find = [&](const QString& what, const QString& text) {
+        Action* a =
+            add(QStringLiteral("SchHProduction: find ") + what, [screens = m_screens.get(), text] {
+                screens->hourly->FindCommodity(text);
+                return screens->hourly->currentRow() + 1;
+            });
+        a->before = [screens = m_screens.get(), ctx = &ctx, owner] {
+            screens->hourly = std::make_unique<SchHProduction>(*ctx, owner);
+        };
+    };
+    find(QStringLiteral("a name on the list"), s.hourlyLateName);
+    find(QStringLiteral("a name no record has"), s.hourlyNoName);
+    find(QStringLiteral("a first letter typed"), s.hourlyLateName.left(1));
     search(QStringLiteral("SchParty"), m_screens->parties.get(),
            QStringLiteral("Select P.PartyId,C.AccountName,Ct.CityName from Parties P Inner Join "
                           "ChartofAccounts C On P.PartyId = C.AccountNo Inner Join Cities CT On "

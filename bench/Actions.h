@@ -41,6 +41,8 @@ struct Subjects {
     int paymentToOpen = 0;
     QDate productionDay;
     int serialToOpen = 0;
+    QString hourlyLateName;  // the hourly commodity whose first record comes last
+    QString hourlyNoName;    // a commodity no hourly record has
     qint64 freeContract = 0; // a contract no arrival uses yet
     QDate today;
 };

@@ -100,13 +100,20 @@ std::optional<PartyType> partyTypeFromKey(const QString& key) {
     return std::nullopt;
 }
 
+QString partyNameSql(const char* account, const char* city) {
+    return QStringLiteral("(CASE WHEN %2.CityName IS NULL THEN %1.AccountName "
+                          "ELSE %1.AccountName || '-' || %2.CityName END)")
+        .arg(QLatin1String(account), QLatin1String(city));
+}
+
 LookupList loadParties(const Conn& conn, PartyType type) {
     const PartyTypeRow& row = partyTypeRow(type);
-    QString sql = QStringLiteral(
-        "SELECT ChartOfAccounts.AccountNo, FunGetPartyName(ChartOfAccounts.AccountNo), "
-        "ChartOfAccounts.AccountName "
-        "FROM ChartOfAccounts INNER JOIN Parties ON ChartOfAccounts.AccountNo = Parties.PartyId "
-        "LEFT OUTER JOIN Cities ON Parties.CityId = Cities.CityId");
+    QString sql = QStringLiteral("SELECT ChartOfAccounts.AccountNo, %1, "
+                                 "ChartOfAccounts.AccountName "
+                                 "FROM ChartOfAccounts INNER JOIN Parties "
+                                 "ON ChartOfAccounts.AccountNo = Parties.PartyId "
+                                 "LEFT OUTER JOIN Cities ON Parties.CityId = Cities.CityId")
+                      .arg(partyNameSql("ChartOfAccounts", "Cities"));
     // Every party is offered under ALL; a kind of its own shows only accounts still in use.
     if (row.flagFilter)
         sql += QStringLiteral(" WHERE %1 AND ChartOfAccounts.IsEditable = 1")

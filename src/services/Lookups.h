@@ -34,6 +34,11 @@ std::optional<PartyType> partyTypeNamed(const QString& name);
 // The kind behind a key of partyTypeList(), if any.
 std::optional<PartyType> partyTypeFromKey(const QString& key);
 
+// A party's display name written into a statement, for the account row `account` and the city
+// row `city` joined to it: the same text as FunGetPartyName, without a call per row, which a
+// server cannot fold into the statement.
+QString partyNameSql(const char* account, const char* city);
+
 // Parties as "AccountName-CityName" keyed by account number, in name order. ALL lists every
 // party; the other kinds only parties of that kind whose account is editable. A party
 // without a city is still listed.
