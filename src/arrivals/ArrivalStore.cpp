@@ -102,26 +102,30 @@ RemainingQuota ArrivalStore::remaining(qint64 centerId) const {
 }
 
 std::optional<PermitRates> ArrivalStore::permitRates(qint64 centerId, qint64 commodityId) const {
-    // One value per letter joined: the average is weighted by the number of letters, and the
-    // permit itself plays no part in the price.
-    Query avg(m_conn, QStringLiteral("SELECT AVG(DFCPayments.RatePerUnit), "
-                                     "AVG(DFCPayments.PricePerBag), COUNT(*) "
-                                     "FROM DFCPayments INNER JOIN AuthorityLetters "
-                                     "ON DFCPayments.PaymentId = AuthorityLetters.PaymentId "
-                                     "WHERE AuthorityLetters.CenterId = ? "
-                                     "AND DFCPayments.CommodityId = ?"));
+    // One value per letter: the average is weighted by the number of letters, and the permit
+    // itself plays no part in the price. The database keeps the sums and counts per centre and
+    // commodity; empty prices are left out of both, as an average leaves them out. A server
+    // divides its exact sums as its own average would; SQLite must not divide whole numbers.
+    const QString average = m_conn.isPostgres() ? QStringLiteral("%1Sum / %1Count")
+                                                : QStringLiteral("CAST(%1Sum AS REAL) / %1Count");
+    Query avg(m_conn,
+              QStringLiteral("SELECT Letters, CASE WHEN RateCount > 0 THEN %1 END, "
+                             "CASE WHEN PriceCount > 0 THEN %2 END FROM PRCenterRates "
+                             "WHERE CenterId = ? AND CommodityId = ?")
+                  .arg(average.arg(QStringLiteral("Rate")), average.arg(QStringLiteral("Price"))));
     avg.bind({centerId, commodityId}).exec();
-    if (!avg.next() || toInt(avg.value(2)) == 0)
+    if (!avg.next() || toInt(avg.value(0)) == 0)
         return std::nullopt;
     PermitRates rates;
-    rates.ratePerUnit = roundHalfEven(toDouble(avg.value(0)), 4);
-    rates.pricePerBag = roundHalfEven(toDouble(avg.value(1)), 4);
+    rates.ratePerUnit = roundHalfEven(toDouble(avg.value(1)), 4);
+    rates.pricePerBag = roundHalfEven(toDouble(avg.value(2)), 4);
+    // The centre's letters in payment order, up to the first of this commodity.
     Query unit(m_conn, QStringLiteral("SELECT DFCPayments.RateUnitId "
-                                      "FROM DFCPayments INNER JOIN AuthorityLetters "
+                                      "FROM AuthorityLetters INNER JOIN DFCPayments "
                                       "ON DFCPayments.PaymentId = AuthorityLetters.PaymentId "
                                       "WHERE AuthorityLetters.CenterId = ? "
                                       "AND DFCPayments.CommodityId = ? "
-                                      "ORDER BY DFCPayments.PaymentId"));
+                                      "ORDER BY AuthorityLetters.PaymentId LIMIT 1"));
     unit.bind({centerId, commodityId}).exec();
     if (unit.next())
         rates.rateUnitId = toInt(unit.value(0));

@@ -22,6 +22,7 @@ const std::vector<Migration>& schemaMigrations() {
               "CREATE INDEX IX_Arrivals_CenterArrival ON Arrivals (CenterId, ArrivalId)")}},
         {4, schema::sqliteArrivalPostingRebuild(), {}},
         {5, schema::sqliteQuotaStatements(), schema::postgresQuotaStatements()},
+        {6, schema::sqlitePermitRateStatements(), schema::postgresPermitRateStatements()},
     };
     return all;
 }
@@ -54,6 +55,7 @@ const QStringList& schemaTableNames() {
         QStringLiteral("CurrentStock"),
         QStringLiteral("BagsCurrentStock"),
         QStringLiteral("PRCenterQuota"),
+        QStringLiteral("PRCenterRates"),
         QStringLiteral("SchemaVersion"),
     };
     return names;

@@ -19,5 +19,8 @@ QStringList sqliteArrivalPostingRebuild();
 // from the letters and arrivals already there.
 QStringList sqliteQuotaStatements();
 QStringList postgresQuotaStatements();
+// The DFC prices per centre and commodity as running sums and counts, likewise.
+QStringList sqlitePermitRateStatements();
+QStringList postgresPermitRateStatements();
 
 } // namespace gm::schema

@@ -8,6 +8,13 @@
 // head without a centre touches no row. There is deliberately no foreign key to PRCenters:
 // the removal guard would then name this table, and a centre nobody uses any more must stay
 // removable; a row of zeros left behind says the same as no row.
+//
+// The DFC prices at a centre are kept the same way, per centre and commodity of the payment:
+//   Letters               = letters of the centre whose payment is of the commodity
+//   RateSum, RateCount    = sum and number of the payments' rates per unit that are not empty,
+//                           one per letter (a payment of three letters counts three times)
+//   PriceSum, PriceCount  = the same for the price per bag
+// so that an average is the sum over the count, as an average over the letters would give.
 
 namespace gm::schema {
 
@@ -19,6 +26,28 @@ const char* const kTable = "CREATE TABLE PRCenterQuota ("
                            "LetterWeight %1 NOT NULL DEFAULT 0, "
                            "ArrivedBags %1 NOT NULL DEFAULT 0, "
                            "ArrivedWeight %1 NOT NULL DEFAULT 0)";
+
+const char* const kRatesTable = "CREATE TABLE PRCenterRates ("
+                                "CenterId integer NOT NULL, "
+                                "CommodityId integer NOT NULL, "
+                                "Letters integer NOT NULL DEFAULT 0, "
+                                "RateSum numeric NOT NULL DEFAULT 0, "
+                                "RateCount integer NOT NULL DEFAULT 0, "
+                                "PriceSum numeric NOT NULL DEFAULT 0, "
+                                "PriceCount integer NOT NULL DEFAULT 0, "
+                                "PRIMARY KEY (CenterId, CommodityId))";
+
+// The first payment of a centre's letters for a commodity is found by walking the centre's
+// letters in payment order and stopping at the first match.
+const char* const kLetterPaymentIndex =
+    "CREATE INDEX IX_AuthorityLetters_CenterPayment ON AuthorityLetters (CenterId, PaymentId)";
+
+const char* const kRatesFill =
+    "INSERT INTO PRCenterRates (CenterId, CommodityId, Letters, RateSum, RateCount, PriceSum, "
+    "PriceCount) SELECT l.CenterId, d.CommodityId, COUNT(*), %1SUM(COALESCE(d.RatePerUnit, 0))%2, "
+    "COUNT(d.RatePerUnit), %1SUM(COALESCE(d.PricePerBag, 0))%2, COUNT(d.PricePerBag) "
+    "FROM AuthorityLetters l INNER JOIN DFCPayments d ON d.PaymentId = l.PaymentId "
+    "WHERE l.CenterId IS NOT NULL GROUP BY l.CenterId, d.CommodityId";
 
 // Every figure, whether a letter or a vehicle, with its centre.
 const char* const kFigures =
@@ -115,6 +144,83 @@ const char* const kPostgres[] = {
     R"(CREATE TRIGGER TrArrivalsQuotaRemove BEFORE DELETE ON Arrivals
        FOR EACH ROW WHEN (OLD.CenterId IS NOT NULL)
        EXECUTE FUNCTION gm_arrivals_quota_remove())",
+
+};
+
+const char* const kPostgresRates[] = {
+    // `how_many` letters of one payment's prices, into (sign 1) or out of (-1) a centre.
+    R"(CREATE FUNCTION gm_move_rates(center integer, commodity integer, how_many integer,
+                                     rate numeric, price numeric, sign integer)
+       RETURNS void LANGUAGE plpgsql AS $$
+       DECLARE
+         n integer := sign * how_many;
+       BEGIN
+         IF center IS NULL OR commodity IS NULL OR COALESCE(n, 0) = 0 THEN RETURN; END IF;
+         INSERT INTO PRCenterRates (CenterId, CommodityId) VALUES (center, commodity)
+             ON CONFLICT DO NOTHING;
+         UPDATE PRCenterRates
+            SET Letters = Letters + n,
+                RateSum = RateSum + n * COALESCE(rate, 0),
+                RateCount = RateCount + CASE WHEN rate IS NULL THEN 0 ELSE n END,
+                PriceSum = PriceSum + n * COALESCE(price, 0),
+                PriceCount = PriceCount + CASE WHEN price IS NULL THEN 0 ELSE n END
+          WHERE CenterId = center AND CommodityId = commodity;
+       END $$)",
+    R"(CREATE FUNCTION gm_move_letter_rates(center integer, payment integer, sign integer)
+       RETURNS void LANGUAGE plpgsql AS $$
+       DECLARE
+         p record;
+       BEGIN
+         IF center IS NULL THEN RETURN; END IF;
+         SELECT CommodityId, RatePerUnit, PricePerBag INTO p
+           FROM DFCPayments WHERE PaymentId = payment;
+         IF FOUND THEN
+           PERFORM gm_move_rates(center, p.CommodityId, 1, p.RatePerUnit, p.PricePerBag, sign);
+         END IF;
+       END $$)",
+    R"(CREATE FUNCTION gm_authorityletters_rates() RETURNS trigger LANGUAGE plpgsql AS $$
+       BEGIN
+         IF TG_OP <> 'INSERT' THEN
+           PERFORM gm_move_letter_rates(OLD.CenterId, OLD.PaymentId, -1);
+         END IF;
+         IF TG_OP <> 'DELETE' THEN
+           PERFORM gm_move_letter_rates(NEW.CenterId, NEW.PaymentId, 1);
+         END IF;
+         RETURN NULL;
+       END $$)",
+    R"(CREATE TRIGGER TrAuthorityLettersRates
+       AFTER INSERT OR DELETE OR UPDATE OF CenterId, PaymentId ON AuthorityLetters
+       FOR EACH ROW EXECUTE FUNCTION gm_authorityletters_rates())",
+    // A payment's new prices or commodity apply to all of its letters. The keys keep its
+    // number from changing while it has letters.
+    R"(CREATE FUNCTION gm_dfcpayments_rates() RETURNS trigger LANGUAGE plpgsql AS $$
+       DECLARE
+         g record;
+       BEGIN
+         FOR g IN SELECT CenterId, COUNT(*)::integer AS n FROM AuthorityLetters
+                   WHERE PaymentId = OLD.PaymentId AND CenterId IS NOT NULL GROUP BY CenterId
+         LOOP
+           PERFORM gm_move_rates(g.CenterId, OLD.CommodityId, g.n, OLD.RatePerUnit,
+                                 OLD.PricePerBag, -1);
+         END LOOP;
+         IF TG_OP = 'DELETE' THEN RETURN OLD; END IF;
+         FOR g IN SELECT CenterId, COUNT(*)::integer AS n FROM AuthorityLetters
+                   WHERE PaymentId = NEW.PaymentId AND CenterId IS NOT NULL GROUP BY CenterId
+         LOOP
+           PERFORM gm_move_rates(g.CenterId, NEW.CommodityId, g.n, NEW.RatePerUnit,
+                                 NEW.PricePerBag, 1);
+         END LOOP;
+         RETURN NULL;
+       END $$)",
+    R"(CREATE TRIGGER TrDFCPaymentsRates
+       AFTER UPDATE OF PaymentId, CommodityId, RatePerUnit, PricePerBag ON DFCPayments
+       FOR EACH ROW WHEN (OLD.PaymentId <> NEW.PaymentId
+                          OR OLD.CommodityId IS DISTINCT FROM NEW.CommodityId
+                          OR OLD.RatePerUnit IS DISTINCT FROM NEW.RatePerUnit
+                          OR OLD.PricePerBag IS DISTINCT FROM NEW.PricePerBag)
+       EXECUTE FUNCTION gm_dfcpayments_rates())",
+    R"(CREATE TRIGGER TrDFCPaymentsRatesRemove BEFORE DELETE ON DFCPayments
+       FOR EACH ROW EXECUTE FUNCTION gm_dfcpayments_rates())",
 };
 
 // --- SQLite: real numbers, so every total is taken back to the four decimals its figures
@@ -155,6 +261,44 @@ QString headMove(const QString& row, const QString& sign) {
     return sqliteMove(row + QStringLiteral(".CenterId"), QStringLiteral("0"), QStringLiteral("0"),
                       sum.arg(sign, row, QStringLiteral("NoOfBags")),
                       sum.arg(sign, row, QStringLiteral("NetWeight")));
+}
+
+// One letter's prices, taken from its payment, into or out of its centre.
+QString letterRatesMove(const QString& row, const QString& sign) {
+    const QString pay =
+        QStringLiteral("(SELECT %2 FROM DFCPayments WHERE PaymentId = %1.PaymentId)").arg(row);
+    const QString commodity = pay.arg(QStringLiteral("CommodityId"));
+    return QStringLiteral(
+               "INSERT OR IGNORE INTO PRCenterRates (CenterId, CommodityId) SELECT %1.CenterId, "
+               "%2 WHERE %1.CenterId IS NOT NULL AND %2 IS NOT NULL;\n"
+               "UPDATE PRCenterRates SET Letters = Letters %3 1, "
+               "RateSum = ROUND(RateSum %3 COALESCE(%4, 0), 4), "
+               "RateCount = RateCount %3 (%4 IS NOT NULL), "
+               "PriceSum = ROUND(PriceSum %3 COALESCE(%5, 0), 4), "
+               "PriceCount = PriceCount %3 (%5 IS NOT NULL) "
+               "WHERE CenterId = %1.CenterId AND CommodityId = %2;\n")
+        .arg(row, commodity, sign, pay.arg(QStringLiteral("RatePerUnit")),
+             pay.arg(QStringLiteral("PricePerBag")));
+}
+
+// All the letters of one payment, centre by centre, with the payment's prices as the row
+// gives them.
+QString paymentRatesMove(const QString& row, const QString& sign) {
+    const QString n = QStringLiteral("(SELECT COUNT(*) FROM AuthorityLetters l WHERE l.PaymentId "
+                                     "= %1.PaymentId AND l.CenterId = PRCenterRates.CenterId)")
+                          .arg(row);
+    return QStringLiteral(
+               "INSERT OR IGNORE INTO PRCenterRates (CenterId, CommodityId) SELECT DISTINCT "
+               "CenterId, %1.CommodityId FROM AuthorityLetters WHERE PaymentId = %1.PaymentId "
+               "AND CenterId IS NOT NULL AND %1.CommodityId IS NOT NULL;\n"
+               "UPDATE PRCenterRates SET Letters = Letters %2 %3, "
+               "RateSum = ROUND(RateSum %2 %3 * COALESCE(%1.RatePerUnit, 0), 4), "
+               "RateCount = RateCount %2 %3 * (%1.RatePerUnit IS NOT NULL), "
+               "PriceSum = ROUND(PriceSum %2 %3 * COALESCE(%1.PricePerBag, 0), 4), "
+               "PriceCount = PriceCount %2 %3 * (%1.PricePerBag IS NOT NULL) "
+               "WHERE CommodityId = %1.CommodityId AND CenterId IN (SELECT CenterId FROM "
+               "AuthorityLetters WHERE PaymentId = %1.PaymentId);\n")
+        .arg(row, sign, n);
 }
 
 QString trigger(const QString& name, const QString& event, const QString& body,
@@ -216,6 +360,44 @@ QStringList postgresQuotaStatements() {
                           "SELECT CenterId, SUM(LB), SUM(LW), SUM(AB), SUM(AW) FROM (%1) F "
                           "GROUP BY CenterId")
                .arg(QLatin1String(kFigures));
+    return out;
+}
+
+QStringList sqlitePermitRateStatements() {
+    const QString O = QStringLiteral("OLD"), N = QStringLiteral("NEW");
+    const QString minus = QStringLiteral("-"), plusSign = QStringLiteral("+");
+    return {
+        QString::fromLatin1(kRatesTable),
+        trigger(QStringLiteral("TrAuthorityLettersRatesIns"),
+                QStringLiteral("AFTER INSERT ON AuthorityLetters"), letterRatesMove(N, plusSign),
+                QStringLiteral("NEW.CenterId IS NOT NULL")),
+        trigger(QStringLiteral("TrAuthorityLettersRatesUpd"),
+                QStringLiteral("AFTER UPDATE OF CenterId, PaymentId ON AuthorityLetters"),
+                letterRatesMove(O, minus) + letterRatesMove(N, plusSign)),
+        trigger(QStringLiteral("TrAuthorityLettersRatesDel"),
+                QStringLiteral("AFTER DELETE ON AuthorityLetters"), letterRatesMove(O, minus),
+                QStringLiteral("OLD.CenterId IS NOT NULL")),
+        // The keys keep a payment's number from changing while it has letters.
+        trigger(QStringLiteral("TrDFCPaymentsRatesUpd"),
+                QStringLiteral("AFTER UPDATE OF PaymentId, CommodityId, RatePerUnit, PricePerBag "
+                               "ON DFCPayments"),
+                paymentRatesMove(O, minus) + paymentRatesMove(N, plusSign),
+                QStringLiteral("OLD.PaymentId <> NEW.PaymentId OR OLD.CommodityId IS NOT "
+                               "NEW.CommodityId OR OLD.RatePerUnit IS NOT NEW.RatePerUnit OR "
+                               "OLD.PricePerBag IS NOT NEW.PricePerBag")),
+        trigger(QStringLiteral("TrDFCPaymentsRatesDel"),
+                QStringLiteral("BEFORE DELETE ON DFCPayments"), paymentRatesMove(O, minus)),
+        QString::fromLatin1(kLetterPaymentIndex),
+        QString::fromLatin1(kRatesFill).arg(QStringLiteral("ROUND("), QStringLiteral(", 4)")),
+    };
+}
+
+QStringList postgresPermitRateStatements() {
+    QStringList out{QString::fromLatin1(kRatesTable)};
+    for (const char* s : kPostgresRates)
+        out << QString::fromUtf8(s);
+    out << QString::fromLatin1(kLetterPaymentIndex)
+        << QString::fromLatin1(kRatesFill).arg(QString(), QString());
     return out;
 }
 

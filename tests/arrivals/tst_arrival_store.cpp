@@ -27,6 +27,7 @@ private Q_SLOTS:
     void lineWithoutBagWeightIsRefusedNotDropped();
     void centreQuotaCountsArrivedNetWeight();
     void centreListAndQuotaFollowLetters();
+    void permitRatesAverageOverLetters();
     void printedPageCarriesLinesAndTotals();
 };
 
@@ -178,6 +179,37 @@ void TestArrivalStore::centreListAndQuotaFollowLetters() {
     QCOMPARE(store.remaining(2).weight, 27000.75);
     store.remove(1);
     QCOMPARE(store.remaining(2).weight, 32000.75);
+}
+
+// Each letter weighs its payment's prices once; an empty price is left out of its average, and
+// the unit is that of the centre's earliest payment of the commodity.
+void TestArrivalStore::permitRatesAverageOverLetters() {
+    GM_REQUIRE_ENGINE();
+    auto conn = bareMill();
+    ArrivalStore store(*conn);
+    insertDfcPayment(*conn, 5, kWheatGovernment, 4100.5, 95, 1, {{"P-500", 1, 10, 1000}});
+    insertDfcPayment(*conn, 2, kWheatGovernment, 3900, 80, 2,
+                     {{"P-200", 1, 10, 1000}, {"P-201", 1, 10, 1000}, {"P-202", 3, 10, 1000}});
+    insertDfcPayment(*conn, 7, kWheatLocal, 1, 1, 3, {{"P-700", 1, 10, 1000}});
+    execute(*conn, QStringLiteral("UPDATE DFCPayments SET PricePerBag = NULL WHERE PaymentId = 5"));
+    auto r = store.permitRates(1, kWheatGovernment);
+    QVERIFY(r);
+    QCOMPARE(r->ratePerUnit, 3966.8333); // (3900 + 3900 + 4100.5) / 3
+    QCOMPARE(r->pricePerBag, 80.0);
+    QCOMPARE(r->rateUnitId, qint64(2));
+
+    // A payment that changes commodity takes its letters' prices along.
+    execute(*conn, QStringLiteral("UPDATE DFCPayments SET CommodityId = ? WHERE PaymentId = 2"),
+            {kWheatLocal});
+    r = store.permitRates(1, kWheatGovernment);
+    QVERIFY(r);
+    QCOMPARE(r->ratePerUnit, 4100.5);
+    QCOMPARE(r->pricePerBag, 0.0); // no price to average
+    QCOMPARE(r->rateUnitId, qint64(1));
+    QCOMPARE(store.permitRates(1, kWheatLocal)->ratePerUnit, 2600.3333); // (3900 x 2 + 1) / 3
+    QCOMPARE(store.permitRates(3, kWheatLocal)->rateUnitId, qint64(2));
+    execute(*conn, QStringLiteral("DELETE FROM AuthorityLetters WHERE PermitNo = 'P-500'"));
+    QVERIFY(!store.permitRates(1, kWheatGovernment));
 }
 
 void TestArrivalStore::printedPageCarriesLinesAndTotals() {

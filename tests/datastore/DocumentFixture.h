@@ -174,4 +174,37 @@ inline QString quotaFault(const Conn& c) {
     return {};
 }
 
+// Each centre's DFC price sums and counts per commodity as the letters and their payments say,
+// beside the row the database keeps; the first difference is the fault.
+inline QString ratesFault(const Conn& c) {
+    const QString letters = QStringLiteral(
+        "FROM AuthorityLetters l JOIN DFCPayments d ON d.PaymentId = l.PaymentId WHERE "
+        "l.CenterId = k.CenterId AND d.CommodityId = k.CommodityId");
+    Query q(c, QStringLiteral("SELECT k.CenterId, k.CommodityId,"
+                              " (SELECT COUNT(*) %1), (SELECT COALESCE(SUM(d.RatePerUnit), 0) %1),"
+                              " (SELECT COUNT(d.RatePerUnit) %1),"
+                              " (SELECT COALESCE(SUM(d.PricePerBag), 0) %1),"
+                              " (SELECT COUNT(d.PricePerBag) %1),"
+                              " r.Letters, r.RateSum, r.RateCount, r.PriceSum, r.PriceCount"
+                              " FROM (SELECT CenterId, CommodityId FROM PRCenters CROSS JOIN "
+                              "Commodities UNION SELECT CenterId, CommodityId FROM PRCenterRates) k"
+                              " LEFT JOIN PRCenterRates r ON r.CenterId = k.CenterId AND "
+                              "r.CommodityId = k.CommodityId ORDER BY 1, 2")
+                   .arg(letters));
+    q.exec();
+    const char* const what[] = {"letters", "rate sum", "rates", "price sum", "prices"};
+    while (q.next())
+        for (int i = 0; i < 5; ++i) {
+            const double expected = toDouble(q.value(2 + i));
+            const double kept = toDouble(q.value(7 + i));
+            if (std::abs(expected - kept) > 1e-6)
+                return QStringLiteral("centre %1 commodity %2 %3: documents say %4, rates say %5")
+                    .arg(q.value(0).toString(), q.value(1).toString(), QLatin1String(what[i]),
+                         QString::number(expected),
+                         q.value(7 + i).isNull() ? QStringLiteral("no row")
+                                                 : QString::number(kept));
+        }
+    return {};
+}
+
 } // namespace gm::test

@@ -19,8 +19,9 @@ public:
     Mill(const Conn& c, quint32 seed) : m_c(c), m_rng(seed), m_seed(seed) {}
 
     QString step() {
-        switch (pick(16)) {
+        switch (pick(19)) {
         case 0:
+        case 17: // arrivals, too, outnumber their removals
             return newArrival();
         case 1:
             return saveArrival(anyArrival());
@@ -44,13 +45,16 @@ public:
         case 11:
             return removeDay();
         case 12:
+        case 16: // letters outnumber their removals, so that some stay
             return newLetter();
         case 13:
             return changeLetter();
         case 14:
             return removeLetter();
-        default:
+        case 15:
             return moveArrivalCentre();
+        default:
+            return changePayment();
         }
     }
 
@@ -68,6 +72,9 @@ private:
     QVariant bagClass() { return pick(10) ? QVariant(1 + pick(3)) : QVariant(); }
     // Most arrivals and letters name one of the sample mill's centres; some name none.
     QVariant centre() { return pick(4) ? QVariant(1 + pick(4)) : QVariant(); }
+    // A DFC payment's prices, now and then left empty.
+    QVariant rate() { return pick(5) ? QVariant(oneOf({3900, 4100.5, 3999.9999})) : QVariant(); }
+    QVariant price() { return pick(5) ? QVariant(oneOf({80, 95.25})) : QVariant(); }
     void run(const char* sql, std::initializer_list<QVariant> values = {}) {
         execute(m_c, QString::fromUtf8(sql), values);
     }
@@ -288,15 +295,18 @@ private:
     }
 
     QString newLetter() {
-        run("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId) SELECT 1, ?, 2 "
-            "WHERE NOT EXISTS (SELECT 1 FROM DFCPayments WHERE PaymentId = 1)",
-            {QDate(2026, 11, 1)});
+        for (int payment = 1; payment <= 3; ++payment)
+            run("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId, RatePerUnit, "
+                "PricePerBag) SELECT ?, ?, ?, ?, ? WHERE NOT EXISTS (SELECT 1 FROM DFCPayments "
+                "WHERE PaymentId = ?)",
+                {payment, QDate(2026, 11, 1), 1 + pick(2), rate(), price(), payment});
         const double bags = 1 + pick(500);
         // A letter written by hand may leave its figures empty.
         const QVariant weight = pick(8) ? QVariant(bags * oneOf({100, 99.95, 50.5})) : QVariant();
         run("INSERT INTO AuthorityLetters (PaymentId, PermitNo, CenterId, NoOfBags, TotalWeight) "
-            "VALUES (1, ?, ?, ?, ?)",
-            {QStringLiteral("P-%1-%2").arg(m_seed).arg(++m_permit), centre(), bags, weight});
+            "VALUES (?, ?, ?, ?, ?)",
+            {1 + pick(3), QStringLiteral("P-%1-%2").arg(m_seed).arg(++m_permit), centre(), bags,
+             weight});
         return QStringLiteral("letter %1 written").arg(m_permit);
     }
 
@@ -304,7 +314,11 @@ private:
         const auto l = anyLetter();
         if (l.isEmpty())
             return newLetter();
-        switch (pick(3)) {
+        switch (pick(4)) {
+        case 3:
+            run("UPDATE AuthorityLetters SET PaymentId = ? WHERE PermitNo = ?",
+                {1 + pick(3), l[0]});
+            return QStringLiteral("letter %1 moved to another payment").arg(l[0].toString());
         case 0:
             run("UPDATE AuthorityLetters SET CenterId = ? WHERE PermitNo = ?", {centre(), l[0]});
             return QStringLiteral("letter %1 moved to another centre").arg(l[0].toString());
@@ -327,6 +341,25 @@ private:
             return newLetter();
         run("DELETE FROM AuthorityLetters WHERE PermitNo = ?", {l[0]});
         return QStringLiteral("letter %1 removed").arg(l[0].toString());
+    }
+
+    // A payment's prices or commodity change under the letters it already has.
+    QString changePayment() {
+        const auto p = anyRow("SELECT PaymentId FROM DFCPayments ORDER BY 1");
+        if (p.isEmpty())
+            return newLetter();
+        switch (pick(3)) {
+        case 0:
+            run("UPDATE DFCPayments SET RatePerUnit = ? WHERE PaymentId = ?", {rate(), p[0]});
+            return QStringLiteral("payment %1 rate changed").arg(p[0].toInt());
+        case 1:
+            run("UPDATE DFCPayments SET PricePerBag = ?, RatePerUnit = ? WHERE PaymentId = ?",
+                {price(), rate(), p[0]});
+            return QStringLiteral("payment %1 prices changed").arg(p[0].toInt());
+        default:
+            run("UPDATE DFCPayments SET CommodityId = ? WHERE PaymentId = ?", {1 + pick(2), p[0]});
+            return QStringLiteral("payment %1 commodity changed").arg(p[0].toInt());
+        }
     }
 
     // A head changes centre, or loses or gains one, with whatever vehicles it has.
@@ -415,15 +448,20 @@ private Q_SLOTS:
                                 : test::stockFault(*conn);
             if (fault.isEmpty())
                 fault = test::quotaFault(*conn);
+            if (fault.isEmpty())
+                fault = test::ratesFault(*conn);
             QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + recent.join(u'\n')));
         }
         // A run that leaves nothing in stock has proved little.
         QVERIFY(toInt(scalar(*conn,
                              QStringLiteral(
                                  "SELECT COUNT(*) FROM CurrentStock WHERE TotalWeight <> 0"))) > 0);
-        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM PRCenterQuota WHERE "
-                                                   "LetterWeight <> 0 AND ArrivedWeight <> 0"))) >
-                0);
+        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT (SELECT COUNT(*) FROM PRCenterQuota "
+                                                   "WHERE LetterWeight <> 0) * (SELECT COUNT(*) "
+                                                   "FROM PRCenterQuota WHERE ArrivedWeight <> "
+                                                   "0)"))) > 0);
+        QVERIFY(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM PRCenterRates WHERE "
+                                                   "RateCount > 0"))) > 0);
     }
 
     // A database last opened by the program before the quota table: the letters and arrivals
@@ -435,6 +473,13 @@ private Q_SLOTS:
         const QStringList back =
             conn->isPostgres()
                 ? QStringList{"DROP TABLE PRCenterQuota",
+                              "DROP TABLE PRCenterRates",
+                              "DROP INDEX IX_AuthorityLetters_CenterPayment",
+                              "DROP FUNCTION gm_authorityletters_rates(), gm_dfcpayments_rates() "
+                              "CASCADE",
+                              "DROP FUNCTION gm_move_letter_rates(integer, integer, integer), "
+                              "gm_move_rates(integer, integer, integer, numeric, numeric, "
+                              "integer)",
                               "DROP FUNCTION gm_authorityletters_quota(), gm_arrivalsbody_quota(), "
                               "gm_arrivals_quota_move(), gm_arrivals_quota_remove() CASCADE",
                               "DROP FUNCTION gm_move_arrival_quota(integer, integer, numeric), "
@@ -447,7 +492,14 @@ private Q_SLOTS:
                               "DROP TRIGGER TrArrivalsBodyQuotaDel",
                               "DROP TRIGGER TrArrivalsQuotaMove",
                               "DROP TRIGGER TrArrivalsQuotaDel",
-                              "DROP TABLE PRCenterQuota"};
+                              "DROP TRIGGER TrAuthorityLettersRatesIns",
+                              "DROP TRIGGER TrAuthorityLettersRatesUpd",
+                              "DROP TRIGGER TrAuthorityLettersRatesDel",
+                              "DROP TRIGGER TrDFCPaymentsRatesUpd",
+                              "DROP TRIGGER TrDFCPaymentsRatesDel",
+                              "DROP INDEX IX_AuthorityLetters_CenterPayment",
+                              "DROP TABLE PRCenterQuota",
+                              "DROP TABLE PRCenterRates"};
         for (const QString& sql : back) {
             QSqlQuery q(conn->db()); // unprepared: a server prepares no definitions
             QVERIFY2(q.exec(sql), qPrintable(sql));
@@ -463,13 +515,20 @@ private Q_SLOTS:
         QVERIFY2(reopened, qPrintable(error));
         QCOMPARE(storedSchemaVersion(*reopened), latestSchemaVersion());
         QCOMPARE(test::quotaFault(*reopened), QString());
-        QVERIFY(toInt(scalar(*reopened, QStringLiteral("SELECT COUNT(*) FROM PRCenterQuota WHERE "
-                                                       "LetterBags <> 0 AND ArrivedBags <> 0"))) >
+        QCOMPARE(test::ratesFault(*reopened), QString());
+        // Something of each kind was there to fill.
+        QVERIFY(toInt(scalar(*reopened,
+                             QStringLiteral("SELECT (SELECT COUNT(*) FROM PRCenterQuota WHERE "
+                                            "LetterBags <> 0) * (SELECT COUNT(*) FROM "
+                                            "PRCenterQuota WHERE ArrivedBags <> 0) * (SELECT "
+                                            "COUNT(*) FROM PRCenterRates WHERE RateCount > 0)"))) >
                 0);
         Mill newer(*reopened, 12);
         for (int i = 0; i < 100; ++i) {
             const QString did = newer.step();
-            const QString fault = test::quotaFault(*reopened);
+            QString fault = test::quotaFault(*reopened);
+            if (fault.isEmpty())
+                fault = test::ratesFault(*reopened);
             QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + did));
         }
     }
