@@ -120,56 +120,48 @@ QString cell(const Timing& t, bool p95 = false) {
 
 } // namespace
 
-std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
-                               const RunOptions& options) {
-    std::vector<Result> out;
+Result runAction(const Conn& conn, const Action& a, const RunOptions& options) {
     QTextStream err(stderr);
     const bool pg = conn.isPostgres();
-    for (const Action& a : actions) {
-        if (!options.only.isEmpty() && !a.name.contains(options.only, Qt::CaseInsensitive))
-            continue;
-        Result r{a.name, {}, {}, a.note};
-        err << "  " << a.name << " ..." << Qt::flush;
-        r.ours = measure(a, a.ours, options);
-        if (a.oldWay) {
-            // The old statements were not written for this much data; a server cancels one
-            // that runs away rather than leaving the run stuck.
-            if (pg)
-                plain(conn,
-                      QStringLiteral("SET statement_timeout = %1").arg(options.statementTimeoutMs));
-            sqlite3* lite = pg ? nullptr : sqliteHandle(conn);
-            SqliteDeadline deadline;
-            if (lite) {
-                deadline.limitMs = options.statementTimeoutMs;
-                deadline.clock.start();
-                sqlite3_progress_handler(lite, 10000, sqliteProgress, &deadline);
-            }
-            Action oldOnly = a;
-            oldOnly.before = [&deadline, before = a.before] {
-                if (before)
-                    before();
-                deadline.clock.restart();
-            };
-            r.oldWay = measure(oldOnly, a.oldWay, options);
-            r.oldWay.timedOut =
-                !r.oldWay.ran && (r.oldWay.error.contains(QLatin1String("interrupt")) ||
-                                  r.oldWay.error.contains(QLatin1String("timeout")));
-            if (lite)
-                sqlite3_progress_handler(lite, 0, nullptr, nullptr);
-            if (pg)
-                plain(conn, QStringLiteral("SET statement_timeout = 0"));
+    Result r{a.name, {}, {}, a.note};
+    err << "  " << a.name << " ..." << Qt::flush;
+    r.ours = measure(a, a.ours, options);
+    if (a.oldWay) {
+        // The old statements were not written for this much data; a server cancels one
+        // that runs away rather than leaving the run stuck.
+        if (pg)
+            plain(conn,
+                  QStringLiteral("SET statement_timeout = %1").arg(options.statementTimeoutMs));
+        sqlite3* lite = pg ? nullptr : sqliteHandle(conn);
+        SqliteDeadline deadline;
+        if (lite) {
+            deadline.limitMs = options.statementTimeoutMs;
+            deadline.clock.start();
+            sqlite3_progress_handler(lite, 10000, sqliteProgress, &deadline);
         }
-        err << " " << cell(r.ours) << " ms";
-        if (a.oldWay)
-            err << ", old way " << cell(r.oldWay) << " ms";
-        if (!r.ours.error.isEmpty())
-            err << " [ours: " << r.ours.error << "]";
-        if (!r.oldWay.error.isEmpty())
-            err << " [old way: " << r.oldWay.error << "]";
-        err << Qt::endl;
-        out.push_back(std::move(r));
+        Action oldOnly = a;
+        oldOnly.before = [&deadline, before = a.before] {
+            if (before)
+                before();
+            deadline.clock.restart();
+        };
+        r.oldWay = measure(oldOnly, a.oldWay, options);
+        r.oldWay.timedOut = !r.oldWay.ran && (r.oldWay.error.contains(QLatin1String("interrupt")) ||
+                                              r.oldWay.error.contains(QLatin1String("timeout")));
+        if (lite)
+            sqlite3_progress_handler(lite, 0, nullptr, nullptr);
+        if (pg)
+            plain(conn, QStringLiteral("SET statement_timeout = 0"));
     }
-    return out;
+    err << " " << cell(r.ours) << " ms";
+    if (a.oldWay)
+        err << ", old way " << cell(r.oldWay) << " ms";
+    if (!r.ours.error.isEmpty())
+        err << " [ours: " << r.ours.error << "]";
+    if (!r.oldWay.error.isEmpty())
+        err << " [old way: " << r.oldWay.error << "]";
+    err << Qt::endl;
+    return r;
 }
 
 QString resultTable(const std::vector<Result>& large, const std::vector<Result>& small,

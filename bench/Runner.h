@@ -36,8 +36,8 @@ struct RunOptions {
     QString only;
 };
 
-std::vector<Result> runActions(const Conn& conn, std::vector<Action>& actions,
-                               const RunOptions& options);
+// Times one action, then its old way.
+Result runAction(const Conn& conn, const Action& action, const RunOptions& options);
 
 // The results as a Markdown table. `small` holds the same actions run on a one-year mill, or
 // is empty; `targetMs` is the median an action must stay under.
