@@ -75,10 +75,11 @@ std::optional<CommodityDefaults> ArrivalStore::commodityDefaults(qint64 commodit
 }
 
 LookupList ArrivalStore::prCentres() const {
-    // One probe of the letters' centre index per centre, however many letters the years bring.
+    // The database counts each centre's letters; one row per centre, however many letters the
+    // years bring.
     return loadList(m_conn, QStringLiteral("SELECT c.CenterId AS ID, c.CenterName AS Name "
-                                           "FROM PRCenters c WHERE EXISTS (SELECT 1 FROM "
-                                           "AuthorityLetters l WHERE l.CenterId = c.CenterId) "
+                                           "FROM PRCenters c INNER JOIN PRCenterQuota q "
+                                           "ON q.CenterId = c.CenterId WHERE q.Letters > 0 "
                                            "ORDER BY c.CenterName, c.CenterId"));
 }
 

@@ -23,6 +23,7 @@ const std::vector<Migration>& schemaMigrations() {
         {4, schema::sqliteArrivalPostingRebuild(), {}},
         {5, schema::sqliteQuotaStatements(), schema::postgresQuotaStatements()},
         {6, schema::sqlitePermitRateStatements(), schema::postgresPermitRateStatements()},
+        {7, schema::sqliteLetterCountStatements(), schema::postgresLetterCountStatements()},
     };
     return all;
 }

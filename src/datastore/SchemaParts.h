@@ -22,5 +22,8 @@ QStringList postgresQuotaStatements();
 // The DFC prices per centre and commodity as running sums and counts, likewise.
 QStringList sqlitePermitRateStatements();
 QStringList postgresPermitRateStatements();
+// The number of letters per centre added to the quota totals.
+QStringList sqliteLetterCountStatements();
+QStringList postgresLetterCountStatements();
 
 } // namespace gm::schema

@@ -147,6 +147,39 @@ const char* const kPostgres[] = {
 
 };
 
+// The number of letters per centre, so that the centres with letters are listed from one row
+// per centre instead of from the letters.
+const char* const kPostgresLetterCount[] = {
+    "ALTER TABLE PRCenterQuota ADD COLUMN Letters integer NOT NULL DEFAULT 0",
+    R"(CREATE FUNCTION gm_count_letter(center integer, delta integer)
+       RETURNS void LANGUAGE plpgsql AS $$
+       BEGIN
+         IF center IS NULL THEN RETURN; END IF;
+         INSERT INTO PRCenterQuota (CenterId) VALUES (center) ON CONFLICT DO NOTHING;
+         UPDATE PRCenterQuota SET Letters = Letters + delta WHERE CenterId = center;
+       END $$)",
+    R"(CREATE OR REPLACE FUNCTION gm_authorityletters_quota() RETURNS trigger
+       LANGUAGE plpgsql AS $$
+       BEGIN
+         IF TG_OP <> 'INSERT' THEN
+           PERFORM gm_move_quota(OLD.CenterId, -OLD.NoOfBags, -OLD.TotalWeight, 0, 0);
+           PERFORM gm_count_letter(OLD.CenterId, -1);
+         END IF;
+         IF TG_OP <> 'DELETE' THEN
+           PERFORM gm_move_quota(NEW.CenterId, NEW.NoOfBags, NEW.TotalWeight, 0, 0);
+           PERFORM gm_count_letter(NEW.CenterId, 1);
+         END IF;
+         RETURN NULL;
+       END $$)",
+};
+
+const char* const kLetterCountFill[] = {
+    "INSERT INTO PRCenterQuota (CenterId) SELECT DISTINCT CenterId FROM AuthorityLetters "
+    "WHERE CenterId IS NOT NULL AND CenterId NOT IN (SELECT CenterId FROM PRCenterQuota)",
+    "UPDATE PRCenterQuota SET Letters = (SELECT COUNT(*) FROM AuthorityLetters l "
+    "WHERE l.CenterId = PRCenterQuota.CenterId)",
+};
+
 const char* const kPostgresRates[] = {
     // `how_many` letters of one payment's prices, into (sign 1) or out of (-1) a centre.
     R"(CREATE FUNCTION gm_move_rates(center integer, commodity integer, how_many integer,
@@ -227,6 +260,12 @@ const char* const kPostgresRates[] = {
 // carry; the float noise of thousands of moves never builds up, and the total stays the
 // nearest value to the exact sum that the reader then rounds as before.
 
+QString trigger(const QString& name, const QString& event, const QString& body,
+                const QString& when = {}) {
+    return QStringLiteral("CREATE TRIGGER %1 %2 FOR EACH ROW %3BEGIN\n%4END")
+        .arg(name, event, when.isEmpty() ? QString() : QStringLiteral("WHEN %1 ").arg(when), body);
+}
+
 QString sqliteMove(const QString& center, const QString& letterBags, const QString& letterWeight,
                    const QString& arrivedBags, const QString& arrivedWeight) {
     return QStringLiteral("INSERT OR IGNORE INTO PRCenterQuota (CenterId) SELECT C FROM (SELECT "
@@ -245,6 +284,37 @@ QString letterMove(const QString& row, const QString& sign) {
                       QStringLiteral("%1COALESCE(%2.NoOfBags, 0)").arg(sign, row),
                       QStringLiteral("%1COALESCE(%2.TotalWeight, 0)").arg(sign, row),
                       QStringLiteral("0"), QStringLiteral("0"));
+}
+
+// The letter itself counted in or out; its row is already made sure of by letterMove.
+QString letterCount(const QString& row, const QString& sign) {
+    return QStringLiteral("UPDATE PRCenterQuota SET Letters = Letters + (%1 1) "
+                          "WHERE CenterId = %2.CenterId;\n")
+        .arg(sign, row);
+}
+
+// The letters' triggers; from the step that added the count on, they count the letters too.
+QStringList letterQuotaTriggers(bool counted) {
+    const QString O = QStringLiteral("OLD"), N = QStringLiteral("NEW");
+    const QString minus = QStringLiteral("-"), plus;
+    auto out = [&](const QString& row) {
+        return letterMove(row, minus) + (counted ? letterCount(row, minus) : QString());
+    };
+    auto in = [&](const QString& row) {
+        return letterMove(row, plus) + (counted ? letterCount(row, plus) : QString());
+    };
+    return {
+        trigger(QStringLiteral("TrAuthorityLettersQuotaIns"),
+                QStringLiteral("AFTER INSERT ON AuthorityLetters"), in(N),
+                QStringLiteral("NEW.CenterId IS NOT NULL")),
+        trigger(QStringLiteral("TrAuthorityLettersQuotaUpd"),
+                QStringLiteral("AFTER UPDATE OF CenterId, NoOfBags, TotalWeight ON "
+                               "AuthorityLetters"),
+                out(O) + in(N)),
+        trigger(QStringLiteral("TrAuthorityLettersQuotaDel"),
+                QStringLiteral("AFTER DELETE ON AuthorityLetters"), out(O),
+                QStringLiteral("OLD.CenterId IS NOT NULL")),
+    };
 }
 
 QString vehicleMove(const QString& row, const QString& sign) {
@@ -301,54 +371,41 @@ QString paymentRatesMove(const QString& row, const QString& sign) {
         .arg(row, sign, n);
 }
 
-QString trigger(const QString& name, const QString& event, const QString& body,
-                const QString& when = {}) {
-    return QStringLiteral("CREATE TRIGGER %1 %2 FOR EACH ROW %3BEGIN\n%4END")
-        .arg(name, event, when.isEmpty() ? QString() : QStringLiteral("WHEN %1 ").arg(when), body);
-}
-
 } // namespace
 
 QStringList sqliteQuotaStatements() {
     const QString O = QStringLiteral("OLD"), N = QStringLiteral("NEW");
     const QString minus = QStringLiteral("-"), plus;
-    return {
-        QString::fromLatin1(kTable).arg(QStringLiteral("numeric")),
-        trigger(QStringLiteral("TrAuthorityLettersQuotaIns"),
-                QStringLiteral("AFTER INSERT ON AuthorityLetters"), letterMove(N, plus),
-                QStringLiteral("NEW.CenterId IS NOT NULL")),
-        trigger(QStringLiteral("TrAuthorityLettersQuotaUpd"),
-                QStringLiteral("AFTER UPDATE OF CenterId, NoOfBags, TotalWeight ON "
-                               "AuthorityLetters"),
-                letterMove(O, minus) + letterMove(N, plus)),
-        trigger(QStringLiteral("TrAuthorityLettersQuotaDel"),
-                QStringLiteral("AFTER DELETE ON AuthorityLetters"), letterMove(O, minus),
-                QStringLiteral("OLD.CenterId IS NOT NULL")),
+    return QStringList{QString::fromLatin1(kTable).arg(QStringLiteral("numeric"))} +
+           letterQuotaTriggers(false) +
+           QStringList{
+               trigger(QStringLiteral("TrArrivalsBodyQuotaIns"),
+                       QStringLiteral("AFTER INSERT ON ArrivalsBody"), vehicleMove(N, plus)),
+               trigger(
+                   QStringLiteral("TrArrivalsBodyQuotaUpd"),
+                   QStringLiteral("AFTER UPDATE OF ArrivalId, NoOfBags, NetWeight ON ArrivalsBody"),
+                   vehicleMove(O, minus) + vehicleMove(N, plus)),
+               trigger(QStringLiteral("TrArrivalsBodyQuotaDel"),
+                       QStringLiteral("AFTER DELETE ON ArrivalsBody"), vehicleMove(O, minus)),
 
-        trigger(QStringLiteral("TrArrivalsBodyQuotaIns"),
-                QStringLiteral("AFTER INSERT ON ArrivalsBody"), vehicleMove(N, plus)),
-        trigger(QStringLiteral("TrArrivalsBodyQuotaUpd"),
-                QStringLiteral("AFTER UPDATE OF ArrivalId, NoOfBags, NetWeight ON ArrivalsBody"),
-                vehicleMove(O, minus) + vehicleMove(N, plus)),
-        trigger(QStringLiteral("TrArrivalsBodyQuotaDel"),
-                QStringLiteral("AFTER DELETE ON ArrivalsBody"), vehicleMove(O, minus)),
+               // The keys keep a head's number from changing while it has vehicles, so the vehicles
+               // under the old number are the ones that move with it.
+               trigger(QStringLiteral("TrArrivalsQuotaMove"),
+                       QStringLiteral("AFTER UPDATE OF CenterId, ArrivalId ON Arrivals"),
+                       headMove(O, minus) + headMove(N, plus),
+                       QStringLiteral("OLD.CenterId IS NOT NEW.CenterId OR OLD.ArrivalId <> "
+                                      "NEW.ArrivalId")),
+               trigger(QStringLiteral("TrArrivalsQuotaDel"),
+                       QStringLiteral("BEFORE DELETE ON Arrivals"), headMove(O, minus),
+                       QStringLiteral("OLD.CenterId IS NOT NULL")),
 
-        // The keys keep a head's number from changing while it has vehicles, so the vehicles
-        // under the old number are the ones that move with it.
-        trigger(QStringLiteral("TrArrivalsQuotaMove"),
-                QStringLiteral("AFTER UPDATE OF CenterId, ArrivalId ON Arrivals"),
-                headMove(O, minus) + headMove(N, plus),
-                QStringLiteral("OLD.CenterId IS NOT NEW.CenterId OR OLD.ArrivalId <> "
-                               "NEW.ArrivalId")),
-        trigger(QStringLiteral("TrArrivalsQuotaDel"), QStringLiteral("BEFORE DELETE ON Arrivals"),
-                headMove(O, minus), QStringLiteral("OLD.CenterId IS NOT NULL")),
-
-        QStringLiteral("INSERT INTO PRCenterQuota (CenterId, LetterBags, LetterWeight, "
-                       "ArrivedBags, ArrivedWeight) "
-                       "SELECT CenterId, ROUND(SUM(LB), 4), ROUND(SUM(LW), 4), ROUND(SUM(AB), 4), "
-                       "ROUND(SUM(AW), 4) FROM (%1) F GROUP BY CenterId")
-            .arg(QLatin1String(kFigures)),
-    };
+               QStringLiteral(
+                   "INSERT INTO PRCenterQuota (CenterId, LetterBags, LetterWeight, "
+                   "ArrivedBags, ArrivedWeight) "
+                   "SELECT CenterId, ROUND(SUM(LB), 4), ROUND(SUM(LW), 4), ROUND(SUM(AB), 4), "
+                   "ROUND(SUM(AW), 4) FROM (%1) F GROUP BY CenterId")
+                   .arg(QLatin1String(kFigures)),
+           };
 }
 
 QStringList postgresQuotaStatements() {
@@ -398,6 +455,27 @@ QStringList postgresPermitRateStatements() {
         out << QString::fromUtf8(s);
     out << QString::fromLatin1(kLetterPaymentIndex)
         << QString::fromLatin1(kRatesFill).arg(QString(), QString());
+    return out;
+}
+
+QStringList sqliteLetterCountStatements() {
+    QStringList out = {QStringLiteral("ALTER TABLE PRCenterQuota ADD COLUMN Letters integer NOT "
+                                      "NULL DEFAULT 0"),
+                       QStringLiteral("DROP TRIGGER TrAuthorityLettersQuotaIns"),
+                       QStringLiteral("DROP TRIGGER TrAuthorityLettersQuotaUpd"),
+                       QStringLiteral("DROP TRIGGER TrAuthorityLettersQuotaDel")};
+    out += letterQuotaTriggers(true);
+    for (const char* s : kLetterCountFill)
+        out << QString::fromLatin1(s);
+    return out;
+}
+
+QStringList postgresLetterCountStatements() {
+    QStringList out;
+    for (const char* s : kPostgresLetterCount)
+        out << QString::fromUtf8(s);
+    for (const char* s : kLetterCountFill)
+        out << QString::fromLatin1(s);
     return out;
 }
 

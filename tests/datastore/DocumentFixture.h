@@ -155,20 +155,22 @@ inline QString quotaFault(const Conn& c) {
                    "a.ArrivalId = b.ArrivalId WHERE a.CenterId = k.CenterId), 0),"
                    " COALESCE((SELECT SUM(b.NetWeight) FROM ArrivalsBody b JOIN Arrivals a ON "
                    "a.ArrivalId = b.ArrivalId WHERE a.CenterId = k.CenterId), 0),"
-                   " q.LetterBags, q.LetterWeight, q.ArrivedBags, q.ArrivedWeight"
+                   " (SELECT COUNT(*) FROM AuthorityLetters l WHERE l.CenterId = k.CenterId),"
+                   " q.LetterBags, q.LetterWeight, q.ArrivedBags, q.ArrivedWeight, q.Letters"
                    " FROM (SELECT CenterId FROM PRCenters UNION SELECT CenterId FROM "
                    "PRCenterQuota) k LEFT JOIN PRCenterQuota q ON q.CenterId = k.CenterId"
                    " ORDER BY k.CenterId"));
     q.exec();
-    const char* const what[] = {"letter bags", "letter weight", "arrived bags", "arrived weight"};
+    const char* const what[] = {"letter bags", "letter weight", "arrived bags", "arrived weight",
+                                "letters"};
     while (q.next())
-        for (int i = 0; i < 4; ++i) {
+        for (int i = 0; i < 5; ++i) {
             const double expected = toDouble(q.value(1 + i));
-            const double kept = toDouble(q.value(5 + i));
+            const double kept = toDouble(q.value(6 + i));
             if (std::abs(expected - kept) > 1e-6)
                 return QStringLiteral("centre %1 %2: documents say %3, quota says %4")
                     .arg(q.value(0).toString(), QLatin1String(what[i]), QString::number(expected),
-                         q.value(5 + i).isNull() ? QStringLiteral("no row")
+                         q.value(6 + i).isNull() ? QStringLiteral("no row")
                                                  : QString::number(kept));
         }
     return {};

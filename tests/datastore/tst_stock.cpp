@@ -482,7 +482,8 @@ private Q_SLOTS:
                               "integer)",
                               "DROP FUNCTION gm_authorityletters_quota(), gm_arrivalsbody_quota(), "
                               "gm_arrivals_quota_move(), gm_arrivals_quota_remove() CASCADE",
-                              "DROP FUNCTION gm_move_arrival_quota(integer, integer, numeric), "
+                              "DROP FUNCTION gm_count_letter(integer, integer), "
+                              "gm_move_arrival_quota(integer, integer, numeric), "
                               "gm_move_quota(integer, numeric, numeric, numeric, numeric)"}
                 : QStringList{"DROP TRIGGER TrAuthorityLettersQuotaIns",
                               "DROP TRIGGER TrAuthorityLettersQuotaUpd",
