@@ -97,7 +97,7 @@ class TestSearch : public QObject {
         party("5001", "Outside Ledger", 1);
         exec("INSERT INTO Units (UnitId, UnitName, WeightInKgs) VALUES (1, 'Mound', 40)", {});
         exec("INSERT INTO Commodities (CommodityId, CommodityName, RateUnitId) VALUES "
-             "(1, 'Wheat', 1), (2, 'Flour Fine', 1), (3, 'Bran', 1)",
+             "(1, 'Wheat', 1), (2, 'Flour Fine', 1), (3, 'Bran', 1), (4, 'Maize', 1)",
              {});
     }
 
@@ -343,6 +343,59 @@ private Q_SLOTS:
         QCOMPARE(seller, 6002);
     }
 
+    // Invoice keys out of date order: 4 lies between the others but a year earlier, 5 has no
+    // lines, and a line of 3 points at an arrival that is gone.
+    void purchaseRowsOfTheRange_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QStringList>("rows"); // key and amount, newest first
+        QTest::newRow("the year") << ""
+                                  << "" << QStringList{"6 4.00", "3 0.13"};
+        QTest::newRow("a seller's name") << "ALI"
+                                         << "" << QStringList{"3 0.13"};
+        QTest::newRow("a name nobody has") << "zz"
+                                           << "" << QStringList{};
+        QTest::newRow("an invoice of another year") << ""
+                                                    << "4" << QStringList{};
+        QTest::newRow("an invoice without lines") << ""
+                                                  << "5" << QStringList{};
+        QTest::newRow("name and id") << "o'b"
+                                     << "6" << QStringList{"6 4.00"};
+    }
+
+    void purchaseRowsOfTheRange() {
+        QFETCH(QString, name);
+        QFETCH(QString, id);
+        QFETCH(QStringList, rows);
+        exec("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo) VALUES "
+             "(10, 1, 'A-1'), (12, 1, 'B-1'), (14, 3, 'C-1'), (14, 3, 'C-2')",
+             {});
+        exec("INSERT INTO Purchases (PurchaseId, PurchaseDate, SellerId) VALUES "
+             "(3, ?, '6001'), (4, ?, '6001'), (5, ?, '6002'), (6, ?, '6002')",
+             {today(), today().addDays(-400), today().addDays(-1), today().addDays(-1)});
+        exec("INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, CommodityId, "
+             "TotalWeight, RatePerUnit) VALUES (3, 10, 'A-1', 1, 1, 5), (3, 12, 'B-1', 1, 40, 10), "
+             "(4, 14, 'C-1', 3, 40, 10), (6, 14, 'C-2', 3, 16, 10)",
+             {});
+        {
+            // An arrival removed behind the invoice's back, as older data may hold.
+            QSqlQuery q(m_conn->db());
+            const bool pg = m_conn->isPostgres();
+            QVERIFY(q.exec(pg ? "SET session_replication_role = replica"
+                              : "PRAGMA foreign_keys = OFF"));
+            QVERIFY(q.exec("DELETE FROM Arrivals WHERE ArrivalId = 12"));
+            QVERIFY(
+                q.exec(pg ? "SET session_replication_role = DEFAULT" : "PRAGMA foreign_keys = ON"));
+        }
+        SchPurchase s(m_ctx);
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilter"), name);
+        QTest::keyClicks(child<QLineEdit>(&s, "TxtFilterId"), id);
+        QStringList got;
+        for (int r = 0; r < s.rowCount(); ++r)
+            got << s.cellText(r, 0) + ' ' + s.cellText(r, 4);
+        QCOMPARE(got, rows);
+    }
+
     void contractWithoutBroker() {
         exec("INSERT INTO PContracts (ContractId, ContractDate, CommodityId, PartyId, BrokerId, "
              "Quantity, ContractMode) VALUES (1, ?, 1, '6001', '6003', 1250.5, 'Bags'), "
@@ -410,10 +463,107 @@ private Q_SLOTS:
         QCOMPARE(s.rowCount(), 4); // a serial with two commodities stands twice
         QCOMPARE(s.cellText(0, 1), today().toString("dd/MM/yyyy") + QStringLiteral(" 02 PM"));
         auto* combo = child<QComboBox>(&s, "CboCommodity");
-        QCOMPARE(combo->count(), 3);
+        QCOMPARE(combo->count(), 4);
         combo->setEditText("x");
         combo->setEditText(text);
         QCOMPARE(s.currentRow(), row);
+    }
+
+    // More serials than a page of four: serial s makes Wheat, every third serial also makes
+    // Bran (so it stands on two rows), and serial 22 alone makes Flour Fine.
+    QStringList hourlyOverPages() {
+        Transaction t(*m_conn);
+        QStringList rows; // serial and commodity, in the list's order
+        for (int serial = 1; serial <= 25; ++serial) {
+            exec("INSERT INTO HourlyProduction (SerialNo, ProcessTime) VALUES (?, ?)",
+                 {serial, QDateTime(today(), QTime(serial % 24, 0))});
+            QStringList names{"Wheat"};
+            exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (?, 1)", {serial});
+            if (serial % 3 == 0) {
+                exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (?, 3)", {serial});
+                names.prepend("Bran");
+            }
+            if (serial == 22) {
+                exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (?, 2)", {serial});
+                names.insert(names.size() - 1, "Flour Fine");
+            }
+            for (const QString& n : names)
+                rows << QString::number(serial) + ' ' + n;
+        }
+        t.commit();
+        return rows;
+    }
+
+    static QStringList shown(const SchHProduction& s) {
+        QStringList got;
+        for (int r = 0; r < s.rowCount(); ++r)
+            got << s.cellText(r, 0) + ' ' + s.cellText(r, 2);
+        return got;
+    }
+
+    void hourlyPagesKeepASerialWhole() {
+        const QStringList all = hourlyOverPages();
+        SchHProduction s(m_ctx, nullptr, 4);
+        // Serials 1 to 4, serial 3 on two rows.
+        QCOMPARE(shown(s), all.mid(0, 5));
+        QCOMPARE(s.currentRow(), 0);
+        QAbstractItemModel* model = child<QTableView>(&s, "GrdSch")->model();
+        QStringList pages{shown(s).join(',')};
+        while (model->canFetchMore({})) {
+            const int before = s.rowCount();
+            model->fetchMore({});
+            pages << shown(s).mid(before).join(',');
+        }
+        QCOMPARE(shown(s), all);
+        // Each page starts on a serial of its own.
+        for (int p = 1; p < pages.size(); ++p) {
+            const QString lastBefore = pages[p - 1].section(',', -1).section(' ', 0, 0);
+            const QString firstHere = pages[p].section(',', 0, 0).section(' ', 0, 0);
+            QVERIFY2(lastBefore != firstHere, qPrintable(pages[p]));
+        }
+    }
+
+    void hourlyFindAcrossPages_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("row");       // the row found, as serial and commodity
+        QTest::addColumn<int>("throughSerial"); // how far the list has been read
+        QTest::newRow("empty, the first row") << ""
+                                              << "1 Wheat" << 4;
+        QTest::newRow("on the first page, any case") << "bran"
+                                                     << "3 Bran" << 4;
+        QTest::newRow("on a later page, read up to it") << "Flour Fine"
+                                                        << "22 Flour Fine" << 22;
+        QTest::newRow("a name no record has") << "Maize"
+                                              << "25 Wheat" << 25;
+        QTest::newRow("a letter on the way to a name") << "F"
+                                                       << "25 Wheat" << 25;
+    }
+
+    void hourlyFindAcrossPages() {
+        QFETCH(QString, text);
+        QFETCH(QString, row);
+        QFETCH(int, throughSerial);
+        const QStringList all = hourlyOverPages();
+        int read = 0;
+        while (read < all.size() && all[read].section(' ', 0, 0).toInt() <= throughSerial)
+            ++read;
+
+        SchHProduction s(m_ctx, nullptr, 4);
+        s.show();
+        auto* combo = child<QComboBox>(&s, "CboCommodity");
+        // Whole names, as picked from the combo's list: typed letter by letter, the texts on
+        // the way would match nothing and read the whole list.
+        combo->setEditText("Bran"); // away from the first row, within the first page
+        QCOMPARE(s.currentRow(), 2);
+        combo->setEditText(text);
+        QCOMPARE(s.currentRow(), int(all.indexOf(row)));
+        QCOMPARE(s.rowCount(), read);
+        QCOMPARE(shown(s), all.mid(0, read));
+        // Enter leaves the combo for the list; Enter there hands back the row found.
+        QTest::keyClick(combo, Qt::Key_Return);
+        QTest::keyClick(child<QTableView>(&s, "GrdSch"), Qt::Key_Return);
+        QCOMPARE(s.result(), int(QDialog::Accepted));
+        QCOMPARE(QString::number(s.SelectedId()), row.section(' ', 0, 0));
     }
 
     void hourlyShiftEnterSelects() {
