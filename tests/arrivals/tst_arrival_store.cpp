@@ -2,6 +2,7 @@
 #include "arrivals/ArrivalReport.h"
 #include "arrivals/ArrivalStore.h"
 #include "datastore/SampleData.h"
+#include "services/ReferentialGuard.h"
 #include "support/TestDb.h"
 
 #include <QtTest>
@@ -179,6 +180,12 @@ void TestArrivalStore::centreListAndQuotaFollowLetters() {
     QCOMPARE(store.remaining(2).weight, 27000.75);
     store.remove(1);
     QCOMPARE(store.remaining(2).weight, 32000.75);
+    // The totals the database keeps for a centre nobody uses any more do not hold it back.
+    QCOMPARE(FindReferencingTable(*conn, QStringLiteral("PRCenters"), {{"CenterId", 1}}),
+             QString());
+    execute(*conn, QStringLiteral("DELETE FROM PRCenters WHERE CenterId = 1"));
+    QCOMPARE(store.prCentres(),
+             LookupList({{QStringLiteral("PR Centre Renala Khurd"), QStringLiteral("2")}}));
 }
 
 // Each letter weighs its payment's prices once; an empty price is left out of its average, and
