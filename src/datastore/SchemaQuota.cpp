@@ -4,6 +4,8 @@
 //   LetterBags, LetterWeight     = bags and total weight of the centre's authority letters
 //   ArrivedBags, ArrivedWeight   = bags and net weight of the vehicles of every arrival whose
 //                                  head names the centre, posted or not
+//   Letters                      = the number of the centre's letters (added a step later),
+//                                  which lists the centres that have any
 // so that the arrival screen reads one row instead of the centre's whole history. A letter or
 // head without a centre touches no row. There is deliberately no foreign key to PRCenters:
 // the removal guard would then name this table, and a centre nobody uses any more must stay
