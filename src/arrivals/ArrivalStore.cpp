@@ -37,14 +37,18 @@ bool ArrivalStore::exists(int arrivalId) const {
 
 LookupList ArrivalStore::contracts() const {
     // One contract, one arrival. Each contract asks the arrivals' contract index once, rather
-    // than the whole column of arrivals being read for every contract.
-    return loadList(m_conn, QStringLiteral("SELECT PContracts.ContractId AS Name, "
-                                           "FunGetPartyName(PContracts.PartyId) AS ID "
-                                           "FROM PContracts INNER JOIN ChartOfAccounts "
-                                           "ON PContracts.PartyId = ChartOfAccounts.AccountNo "
-                                           "WHERE NOT EXISTS (SELECT 1 FROM Arrivals "
-                                           "WHERE Arrivals.ContractId = PContracts.ContractId) "
-                                           "ORDER BY PContracts.ContractId"));
+    // than the whole column of arrivals being read for every contract; the party's name is
+    // joined, not asked of the server once per contract.
+    return loadList(
+        m_conn, QStringLiteral("SELECT PContracts.ContractId AS Name, %1 AS ID "
+                               "FROM PContracts INNER JOIN ChartOfAccounts "
+                               "ON PContracts.PartyId = ChartOfAccounts.AccountNo "
+                               "LEFT JOIN Parties ON Parties.PartyId = ChartOfAccounts.AccountNo "
+                               "LEFT JOIN Cities ON Cities.CityId = Parties.CityId "
+                               "WHERE NOT EXISTS (SELECT 1 FROM Arrivals "
+                               "WHERE Arrivals.ContractId = PContracts.ContractId) "
+                               "ORDER BY PContracts.ContractId")
+                    .arg(partyNameSql("ChartOfAccounts", "Cities")));
 }
 
 std::optional<ContractDefaults> ArrivalStore::contractDefaults(qint64 contractId) const {
