@@ -89,7 +89,8 @@ QString containing(const QString& text) {
 QString newestKeysOfRange(const Conn& conn, const char* table, const char* alias, const char* key,
                           const char* date, const SearchFilters& f, QVariantList& binds) {
     const QString dateColumn = QLatin1String(alias) + QLatin1Char('.') + QLatin1String(date);
-    if (conn.isPostgres())
+    // A key typed in the filter finds its row through the key itself.
+    if (conn.isPostgres() || f.byId)
         return dateRange(qPrintable(dateColumn), f, binds);
     Query bounds(conn, QStringLiteral("SELECT MIN(%1), MAX(%1) FROM %2 WHERE %3 >= ? AND %3 < ?")
                            .arg(QLatin1String(key), QLatin1String(table), QLatin1String(date)));

@@ -18,20 +18,29 @@ int SearchRowsModel::read(const Conn& conn, const QString& sql, const QVariantLi
         m_statements.clear();
         m_connection = conn.connectionName();
     }
+    // A server plans a statement kept for reuse, after a few runs, once for any values; such a
+    // plan may sort a whole year where the values at hand let it stop after a page. There each
+    // run is planned for its own values instead.
+    const bool reuse = !conn.isPostgres();
     auto it = m_statements.find(sql);
-    if (it == m_statements.end()) {
-        QSqlQuery query(conn.db());
-        query.setForwardOnly(true);
-        if (!query.prepare(sql))
-            throw DbError(query.lastError().text(), QStringLiteral("Database"));
-        it = m_statements.emplace(sql, std::move(query)).first;
+    QSqlQuery fresh;
+    if (!reuse || it == m_statements.end()) {
+        QSqlQuery prepared(conn.db());
+        prepared.setForwardOnly(true);
+        if (!prepared.prepare(sql))
+            throw DbError(prepared.lastError().text(), QStringLiteral("Database"));
+        if (reuse)
+            it = m_statements.emplace(sql, std::move(prepared)).first;
+        else
+            fresh = std::move(prepared);
     }
-    QSqlQuery& query = it->second;
+    QSqlQuery& query = reuse ? it->second : fresh;
     for (int i = 0; i < binds.size(); ++i)
         query.bindValue(i, binds[i]);
     if (!query.exec()) {
         const QString why = query.lastError().text();
-        m_statements.erase(it);
+        if (reuse)
+            m_statements.erase(it);
         throw DbError(why, QStringLiteral("Database"));
     }
 

@@ -32,8 +32,8 @@ struct SearchColumn {
 
 // The rows of one search: every field as read, kept in one flat block. A cell's text is made
 // only when the grid asks for it, so a long list costs the reading and nothing more.
-// Statements are prepared once per text and reused, since a search runs again on each
-// keystroke. A list in key order can be read a page at a time: the view asks for the next
+// On SQLite statements are prepared once per text and reused, since a search runs again on
+// each keystroke. A list in key order can be read a page at a time: the view asks for the next
 // page as the user scrolls, and each page is a statement of its own that starts after the
 // last key read, so no cursor stays open while other statements use the connection. A page
 // holds a number of keys; a key may stand on several rows, and a page never splits them.
