@@ -24,6 +24,13 @@ const std::vector<Migration>& schemaMigrations() {
         {5, schema::sqliteQuotaStatements(), schema::postgresQuotaStatements()},
         {6, schema::sqlitePermitRateStatements(), schema::postgresPermitRateStatements()},
         {7, schema::sqliteLetterCountStatements(), schema::postgresLetterCountStatements()},
+        // The hourly search finds the first serial after a point that made a commodity; by
+        // commodity and serial that is one step, not a walk through every serial since.
+        {8,
+         {QStringLiteral("CREATE INDEX IX_HProductionBody_CommoditySerial "
+                         "ON HProductionBody (CommodityId, SerialNo)")},
+         {QStringLiteral("CREATE INDEX IX_HProductionBody_CommoditySerial "
+                         "ON HProductionBody (CommodityId, SerialNo)")}},
     };
     return all;
 }

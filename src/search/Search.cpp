@@ -20,6 +20,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -672,6 +673,28 @@ SchHProduction::SchHProduction(const Context& ctx, QWidget* owner, int pageSeria
     RunSearch();
     connect(m_commodity, &QComboBox::editTextChanged, this, &SchHProduction::FindCommodity);
     m_commodity->setFocus();
+
+    // A name that no record has, and every letter typed on the way to a name, lands on the
+    // last row of the whole list. The screen opens on its first page; while the clerk reads
+    // it, the rest is read in short steps between events, so the find rarely has to wait for
+    // the list.
+    m_fill = new QTimer(this);
+    m_fill->setInterval(0);
+    connect(m_fill, &QTimer::timeout, this, &SchHProduction::fillStep);
+    QTimer::singleShot(kFillDelayMs, m_fill, qOverload<>(&QTimer::start));
+}
+
+void SchHProduction::fillStep() {
+    if (!m_rows->canFetchMore({})) {
+        m_fill->stop();
+        return;
+    }
+    try {
+        m_rows->fetchKeys(kFillSerials);
+    } catch (const DbError&) {
+        // Left to the find, which reads the rest itself and tells the clerk what failed.
+        m_fill->stop();
+    }
 }
 
 void SchHProduction::FindCommodity(const QString& text) {

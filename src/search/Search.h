@@ -13,6 +13,8 @@ class QLineEdit;
 class QPushButton;
 class QTableView;
 
+class QTimer;
+
 namespace gm {
 
 struct PartyChoice {
@@ -129,12 +131,20 @@ public:
     // the whole list when no row has it, the first row for an empty text.
     void FindCommodity(const QString& text);
 
+    // The rest of the list is read in steps of this many serials, starting this long after
+    // the screen opens; a step takes a few milliseconds at most.
+    static constexpr int kFillDelayMs = 150;
+    static constexpr int kFillSerials = 500;
+
 private:
     // The first row with that name, reading further pages as far as it; -1 when no row has
     // it. Throws DbError.
     int findRow(const QString& text);
+    // Reads the next stretch of the list while the screen waits for the clerk.
+    void fillStep();
 
     LookupCombo* m_commodity = nullptr;
+    QTimer* m_fill = nullptr;
 };
 
 // Finds a party for the party combos. Its key is text and three values come back. The

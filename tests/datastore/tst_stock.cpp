@@ -484,7 +484,8 @@ private Q_SLOTS:
                               "gm_arrivals_quota_move(), gm_arrivals_quota_remove() CASCADE",
                               "DROP FUNCTION gm_count_letter(integer, integer), "
                               "gm_move_arrival_quota(integer, integer, numeric), "
-                              "gm_move_quota(integer, numeric, numeric, numeric, numeric)"}
+                              "gm_move_quota(integer, numeric, numeric, numeric, numeric)",
+                              "DROP INDEX IX_HProductionBody_CommoditySerial"}
                 : QStringList{"DROP TRIGGER TrAuthorityLettersQuotaIns",
                               "DROP TRIGGER TrAuthorityLettersQuotaUpd",
                               "DROP TRIGGER TrAuthorityLettersQuotaDel",
@@ -500,7 +501,8 @@ private Q_SLOTS:
                               "DROP TRIGGER TrDFCPaymentsRatesDel",
                               "DROP INDEX IX_AuthorityLetters_CenterPayment",
                               "DROP TABLE PRCenterQuota",
-                              "DROP TABLE PRCenterRates"};
+                              "DROP TABLE PRCenterRates",
+                              "DROP INDEX IX_HProductionBody_CommoditySerial"};
         for (const QString& sql : back) {
             QSqlQuery q(conn->db()); // unprepared: a server prepares no definitions
             QVERIFY2(q.exec(sql), qPrintable(sql));

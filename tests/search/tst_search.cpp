@@ -566,6 +566,19 @@ private Q_SLOTS:
         QCOMPARE(QString::number(s.SelectedId()), row.section(' ', 0, 0));
     }
 
+    void hourlyListFillsWhileWaiting() {
+        const QStringList all = hourlyOverPages();
+        SchHProduction s(m_ctx, nullptr, 4);
+        s.show();
+        QCOMPARE(s.rowCount(), 5);
+        // Left alone, the screen reads the rest in order and never moves the clerk's row.
+        QTRY_COMPARE(s.rowCount(), int(all.size()));
+        QCOMPARE(shown(s), all);
+        QCOMPARE(s.currentRow(), 0);
+        child<QComboBox>(&s, "CboCommodity")->setEditText("Maize");
+        QCOMPARE(s.currentRow(), int(all.size()) - 1);
+    }
+
     void hourlyShiftEnterSelects() {
         exec("INSERT INTO HourlyProduction (SerialNo, ProcessTime) VALUES (5, ?)",
              {QDateTime(today(), QTime(8, 0))});
