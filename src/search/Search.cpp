@@ -728,6 +728,19 @@ int SchHProduction::findRow(const QString& text) {
             ids << named.value(0);
     if (ids.isEmpty())
         return -1;
+    QString placeholders = QStringLiteral("?");
+    for (qsizetype i = 1; i < ids.size(); ++i)
+        placeholders += QStringLiteral(", ?");
+    // A commodity no record has goes to the last row at once, without a look through every
+    // row read; the index by commodity answers that in one step.
+    Query any(conn, QStringLiteral("SELECT 1 FROM HProductionBody WHERE CommodityId IN (%1) "
+                                   "LIMIT 1")
+                        .arg(placeholders));
+    for (const QVariant& id : ids)
+        any.bind(id);
+    any.exec();
+    if (!any.next())
+        return -1;
 
     auto firstAt = [&](int from) {
         for (int r = from, rows = m_rows->rowCount(); r < rows; ++r)
@@ -741,9 +754,6 @@ int SchHProduction::findRow(const QString& text) {
     // The first serial after those read that has one of these commodities, walked along the
     // serials' index; then the rows up to it in one statement.
     const QVariant after = m_rows->lastKey();
-    QString placeholders = QStringLiteral("?");
-    for (qsizetype i = 1; i < ids.size(); ++i)
-        placeholders += QStringLiteral(", ?");
     Query first(conn,
                 QStringLiteral("SELECT hb.SerialNo FROM HProductionBody hb WHERE hb.SerialNo > ? "
                                "AND hb.CommodityId IN (%1) ORDER BY hb.SerialNo LIMIT 1")
