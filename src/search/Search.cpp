@@ -57,14 +57,6 @@ struct SearchDefinition {
 
 namespace {
 
-// A party as every list shows it: account name, a hyphen and the city, with no blanks; a
-// party without a city shows its name alone, and one without an account has no name.
-QString partyName(const char* account, const char* city) {
-    return QStringLiteral("(CASE WHEN %2.CityName IS NULL THEN %1.AccountName "
-                          "ELSE %1.AccountName || '-' || %2.CityName END)")
-        .arg(QLatin1String(account), QLatin1String(city));
-}
-
 // The date range includes both ends. Comparing with the day after the end keeps rows whose
 // stored date carries a time of day as well.
 QString dateRange(const char* column, const SearchFilters& f, QVariantList& binds) {
@@ -111,7 +103,7 @@ QString partiesNamed(const Conn& conn, const QString& column, const QString& tex
     Query named(conn, QStringLiteral("SELECT xa.AccountNo FROM ChartOfAccounts xa "
                                      "LEFT JOIN Parties xp ON xp.PartyId = xa.AccountNo "
                                      "LEFT JOIN Cities xc ON xc.CityId = xp.CityId WHERE %1 %2 ?")
-                          .arg(partyName("xa", "xc"), conn.likeOperator()));
+                          .arg(partyNameSql("xa", "xc"), conn.likeOperator()));
     named.bind(containing(text)).exec();
     QStringList marks;
     while (named.next()) {
@@ -139,7 +131,7 @@ QString newestFirst(const char* key, const SearchFilters& f, QVariantList& binds
 }
 
 QString arrivalsSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    const QString seller = partyName("ca", "ci");
+    const QString seller = partyNameSql("ca", "ci");
     QString sql = QStringLiteral("SELECT a.ArrivalId, a.ArrivalDate, %1 AS AccountName, "
                                  "co.CommodityName AS Commodity "
                                  "FROM Arrivals a "
@@ -159,8 +151,8 @@ QString arrivalsSql(const Conn& conn, const SearchFilters& f, QVariantList& bind
 }
 
 QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    const QString seller = partyName("sa", "sc");
-    const QString broker = partyName("ba", "bc");
+    const QString seller = partyNameSql("sa", "sc");
+    const QString broker = partyNameSql("ba", "bc");
     // Each line is valued and rounded on its own before the invoice's lines are added, as
     // the invoice itself does; a line whose arrival is gone adds nothing. The sum is taken
     // per invoice through its key, so the names need no grouping; an invoice without lines
