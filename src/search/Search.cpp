@@ -700,8 +700,19 @@ void SchHProduction::FindCommodity(const QString& text) {
             moveToRow(row);
             return;
         }
-        // Not on the list: the last row of all of it, read in one statement.
-        m_rows->fetchAll();
+        // Not on the list: the last row of all of it. Until the list has been read to its end,
+        // the last serial's rows are read ahead of those between, which the fill goes on to
+        // read.
+        if (m_rows->canFetchMore({})) {
+            const QVariant beforeLast =
+                scalar(m_ctx.db(), QStringLiteral("SELECT MAX(SerialNo) FROM HProductionBody "
+                                                  "WHERE SerialNo < (SELECT MAX(SerialNo) "
+                                                  "FROM HProductionBody)"));
+            if (beforeLast.isNull())
+                m_rows->fetchAll();
+            else
+                m_rows->readEnd(beforeLast);
+        }
     } catch (const DbError& e) {
         showError(this, e);
     }
@@ -735,7 +746,9 @@ int SchHProduction::findRow(const QString& text) {
         return -1;
 
     auto firstAt = [&](int from) {
-        for (int r = from, rows = m_rows->rowCount(); r < rows; ++r)
+        // Only rows read in order: a row of the end read ahead may have an earlier twin in
+        // the gap before it.
+        for (int r = from, rows = m_rows->contiguousRows(); r < rows; ++r)
             if (toText(field(r, 2)).compare(text, Qt::CaseInsensitive) == 0)
                 return r;
         return -1;
@@ -762,7 +775,7 @@ int SchHProduction::findRow(const QString& text) {
                                                         "HProductionBody WHERE SerialNo > ? "
                                                         "AND SerialNo <= ?"),
                                          {after, serial})));
-    const int from = m_rows->rowCount();
+    const int from = m_rows->contiguousRows();
     m_rows->fetchKeys(std::max(1, serials));
     return firstAt(from);
 }

@@ -123,14 +123,69 @@ void SearchRowsModel::fetchKeys(int keys) {
         read = this->read(*m_pagingConn, sql, binds, m_fields, &rows);
     } catch (...) {
         m_fields.resize(shown);
+        dropEnd();
         throw;
     }
     m_more = keys > 0 && read >= keys;
+    closeGapIfReached(shown, rows);
+    if (rows > 0) {
+        // Ahead of the end read before, if any: its rows move down and stay as they are.
+        beginInsertRows({}, m_rows, m_rows + rows - 1);
+        m_rows += rows;
+        endInsertRows();
+    }
+    if (m_endRows > 0 && !m_more) {
+        // The gap is closed: the end read ahead follows on from the rows read in order.
+        m_fields.insert(m_fields.end(), m_end.begin(), m_end.end());
+        m_rows += m_endRows;
+        m_end.clear();
+        m_endRows = 0;
+    }
+}
+
+void SearchRowsModel::closeGapIfReached(size_t shown, int& rows) {
+    if (m_endRows == 0)
+        return;
+    for (int r = 0; r < rows; ++r) {
+        const size_t at = shown + size_t(r) * size_t(m_width);
+        if (m_fields[at + size_t(m_keyField)].toLongLong() >= m_endFirstKey) {
+            m_fields.resize(at);
+            rows = r;
+            m_more = false;
+            return;
+        }
+    }
+}
+
+void SearchRowsModel::readEnd(const QVariant& afterKey) {
+    if (!m_more || m_endRows > 0)
+        return;
+    QVariantList binds;
+    const QString sql = m_page(afterKey, 0, binds);
+    std::vector<QVariant> fields;
+    int rows = 0;
+    read(*m_pagingConn, sql, binds, fields, &rows);
     if (rows == 0)
         return;
+    const qint64 first = fields[size_t(m_keyField)].toLongLong();
+    // Rows read in order have already reached the end: nothing lies between.
+    if (m_rows > 0 && lastKey().toLongLong() >= first)
+        return;
     beginInsertRows({}, m_rows, m_rows + rows - 1);
-    m_rows += rows;
+    m_end = std::move(fields);
+    m_endRows = rows;
+    m_endFirstKey = first;
     endInsertRows();
+}
+
+void SearchRowsModel::dropEnd() {
+    if (m_endRows == 0)
+        return;
+    // Paging has failed: better a list that stops short than one with rows missing inside.
+    beginRemoveRows({}, m_rows, m_rows + m_endRows - 1);
+    m_end.clear();
+    m_endRows = 0;
+    endRemoveRows();
 }
 
 void SearchRowsModel::fetchMore(const QModelIndex& parent) {
@@ -161,6 +216,8 @@ void SearchRowsModel::clear() {
     beginResetModel();
     m_fields.clear();
     m_rows = 0;
+    m_end.clear();
+    m_endRows = 0;
     m_page = {};
     m_pagingConn = nullptr;
     m_more = false;
@@ -168,13 +225,15 @@ void SearchRowsModel::clear() {
 }
 
 QVariant SearchRowsModel::field(int row, int field) const {
-    if (row < 0 || row >= m_rows || field < 0 || field >= m_width)
+    if (row < 0 || row >= m_rows + m_endRows || field < 0 || field >= m_width)
         return {};
+    if (row >= m_rows)
+        return m_end[size_t(row - m_rows) * size_t(m_width) + size_t(field)];
     return m_fields[size_t(row) * size_t(m_width) + size_t(field)];
 }
 
 int SearchRowsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : m_rows;
+    return parent.isValid() ? 0 : m_rows + m_endRows;
 }
 
 int SearchRowsModel::columnCount(const QModelIndex& parent) const {
@@ -182,7 +241,7 @@ int SearchRowsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SearchRowsModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || index.row() >= m_rows)
+    if (!index.isValid() || index.row() >= rowCount())
         return {};
     if (role == Qt::DisplayRole) {
         const SearchColumn& c = m_columns[size_t(index.column())];

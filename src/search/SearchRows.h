@@ -59,7 +59,14 @@ public:
     // For a statement that cannot group its rows cheaply: a row equal in every field to the
     // one before it is left out. Its order must bring equal rows together.
     void setDropRepeats(bool drop) { m_dropRepeats = drop; }
-    // The key of the last row read; null when there is none.
+    // For a list in rising key order: reads the rows of the keys after `afterKey`, the end
+    // of the list, ahead of the rows between, which paging goes on to read into the gap, so a
+    // caller that must show the last row need not wait for the whole list. The rows read in
+    // order so far come first, the end after them. Throws DbError.
+    void readEnd(const QVariant& afterKey);
+    // The rows read in order from the start: all rows, unless readEnd left a gap.
+    int contiguousRows() const { return m_rows; }
+    // The key of the last row read in order from the start; null when there is none.
     QVariant lastKey() const;
     void clear();
     QVariant field(int row, int field) const;
@@ -84,6 +91,9 @@ private:
     // Appends the rows read to `fields` and returns how many keys they hold.
     int read(const Conn& conn, const QString& sql, const QVariantList& binds,
              std::vector<QVariant>& fields, int* rows);
+    // The rows of the end read ahead; the gap closes when paging reaches their first key.
+    void closeGapIfReached(size_t shown, int& rows);
+    void dropEnd();
 
     std::vector<SearchColumn> m_columns;
     std::vector<QVariant> m_fields; // row after row, m_width fields each
@@ -96,6 +106,9 @@ private:
     int m_keyField = 0;
     int m_pageSize = 0;
     bool m_more = false;
+    std::vector<QVariant> m_end; // rows read ahead by readEnd, m_width fields each
+    int m_endRows = 0;
+    qint64 m_endFirstKey = 0;
     bool m_dropRepeats = false;
 };
 

@@ -533,10 +533,6 @@ private Q_SLOTS:
                                                      << "3 Bran" << 4;
         QTest::newRow("on a later page, read up to it") << "Flour Fine"
                                                         << "22 Flour Fine" << 22;
-        QTest::newRow("a name no record has") << "Maize"
-                                              << "25 Wheat" << 25;
-        QTest::newRow("a letter on the way to a name") << "F"
-                                                       << "25 Wheat" << 25;
     }
 
     void hourlyFindAcrossPages() {
@@ -564,6 +560,40 @@ private Q_SLOTS:
         QTest::keyClick(child<QTableView>(&s, "GrdSch"), Qt::Key_Return);
         QCOMPARE(s.result(), int(QDialog::Accepted));
         QCOMPARE(QString::number(s.SelectedId()), row.section(' ', 0, 0));
+    }
+
+    void hourlyFindNothingReadsTheEndFirst_data() {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a name no record has") << "Maize";
+        QTest::newRow("a letter on the way to a name") << "F";
+    }
+
+    void hourlyFindNothingReadsTheEndFirst() {
+        QFETCH(QString, text);
+        QStringList all = hourlyOverPages();
+        // The last serial also makes Flour Fine, which serial 22 made first.
+        exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (25, 2)", {});
+        all.insert(all.size() - 1, "25 Flour Fine");
+        SchHProduction s(m_ctx, nullptr, 4);
+        s.show();
+        auto* combo = child<QComboBox>(&s, "CboCommodity");
+        combo->setEditText(text);
+        // The last row at once: the rows in order as far as they were read, then the end; the
+        // serials between are not all read yet.
+        const QStringList got = shown(s);
+        QVERIFY2(got.size() < all.size(), qPrintable(got.join(',')));
+        QCOMPARE(got.mid(got.size() - 2), all.mid(all.size() - 2));
+        QCOMPARE(got.mid(0, got.size() - 2), all.mid(0, got.size() - 2));
+        QCOMPARE(s.currentRow(), s.rowCount() - 1);
+        // A name is found at its first record, in the gap, not in the end read ahead.
+        combo->setEditText("Flour Fine");
+        QCOMPARE(s.currentRow(), int(all.indexOf("22 Flour Fine")));
+        QCOMPARE(shown(s).mid(s.currentRow(), 1), QStringList{"22 Flour Fine"});
+        // The fill closes the gap: every row once, in order, the row found kept.
+        QTRY_COMPARE(shown(s), all);
+        QCOMPARE(s.currentRow(), int(all.indexOf("22 Flour Fine")));
+        combo->setEditText(text);
+        QCOMPARE(s.currentRow(), int(all.size()) - 1);
     }
 
     void hourlyListFillsWhileWaiting() {
