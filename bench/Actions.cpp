@@ -4,7 +4,8 @@
 #include "contracts/ContractStore.h"
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
-#include "entry/Forms.h"
+#include "entry/Host.h"
+#include "Generator.h"
 #include "search/Search.h"
 #include "services/Lookups.h"
 
@@ -102,6 +103,18 @@ Subjects pickSubjects(const Conn& conn) {
         conn, QStringLiteral("SELECT MAX(ContractId) FROM PContracts pc WHERE NOT EXISTS "
                              "(SELECT 1 FROM Arrivals a WHERE a.ContractId = pc.ContractId)")));
     return s;
+}
+
+Context benchContext(const Conn& conn, const Subjects& s) {
+    Context ctx;
+    ctx.conn = &conn;
+    ctx.session = std::make_shared<FixedHostSession>(1);
+    HostSettingsValues v;
+    v.DFCAccountNo = kBenchDfcAccount;
+    v.PeriodStart = s.today.addDays(-365);
+    v.PeriodEnd = s.today;
+    ctx.settings = std::make_shared<FixedHostSettings>(v);
+    return ctx;
 }
 
 struct ActionSet::Screens {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "entry/Forms.h"
+
 #include <QDate>
 #include <QString>
 
@@ -11,7 +13,6 @@ class QWidget;
 
 namespace gm {
 class Conn;
-struct Context;
 } // namespace gm
 
 namespace gm::bench {
@@ -48,6 +49,10 @@ struct Subjects {
 };
 
 Subjects pickSubjects(const Conn& conn);
+
+// What the screens are built with: user 1, the generated mill's DFC account, and the last year
+// as the accounting period.
+Context benchContext(const Conn& conn, const Subjects& s);
 
 // Everything that is timed. `owner` parents the search screens, which are built once and
 // driven through their own controls.

@@ -87,13 +87,7 @@ bool prepare(Mill& m, const QString& location) {
     if (!m.conn)
         return false;
     m.subjects = pickSubjects(*m.conn);
-    m.ctx.conn = m.conn.get();
-    m.ctx.session = std::make_shared<FixedHostSession>(1);
-    HostSettingsValues v;
-    v.DFCAccountNo = kBenchDfcAccount;
-    v.PeriodStart = m.subjects.today.addDays(-365);
-    v.PeriodEnd = m.subjects.today;
-    m.ctx.settings = std::make_shared<FixedHostSettings>(v);
+    m.ctx = benchContext(*m.conn, m.subjects);
     return true;
 }
 
