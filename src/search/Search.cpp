@@ -720,15 +720,14 @@ void SchHProduction::FindCommodity(const QString& text) {
 }
 
 int SchHProduction::findRow(const QString& text) {
-    // The rows name commodities from their table, so the name's keys there tell whether any
-    // row can have it; most texts typed on the way to a name match none and cost no more.
+    // The rows name commodities from their table, which the combo already lists whole, so the
+    // name's keys there tell whether any row can have it; most texts typed on the way to a
+    // name match none and cost nothing more.
     const Conn& conn = m_ctx.db();
     QVariantList ids;
-    Query named(conn, QStringLiteral("SELECT CommodityId, CommodityName FROM Commodities"));
-    named.exec();
-    while (named.next())
-        if (toText(named.value(1)).compare(text, Qt::CaseInsensitive) == 0)
-            ids << named.value(0);
+    for (const LookupItem& item : m_commodity->items())
+        if (item.name.compare(text, Qt::CaseInsensitive) == 0)
+            ids << item.key.toLongLong();
     if (ids.isEmpty())
         return -1;
     QString placeholders = QStringLiteral("?");
