@@ -146,9 +146,10 @@ void SearchRowsModel::fetchKeys(int keys) {
 void SearchRowsModel::closeGapIfReached(size_t shown, int& rows) {
     if (m_endRows == 0)
         return;
+    const qint64 endFirstKey = m_end[size_t(m_keyField)].toLongLong();
     for (int r = 0; r < rows; ++r) {
         const size_t at = shown + size_t(r) * size_t(m_width);
-        if (m_fields[at + size_t(m_keyField)].toLongLong() >= m_endFirstKey) {
+        if (m_fields[at + size_t(m_keyField)].toLongLong() >= endFirstKey) {
             m_fields.resize(at);
             rows = r;
             m_more = false;
@@ -174,7 +175,6 @@ void SearchRowsModel::readEnd(const QVariant& afterKey) {
     beginInsertRows({}, m_rows, m_rows + rows - 1);
     m_end = std::move(fields);
     m_endRows = rows;
-    m_endFirstKey = first;
     endInsertRows();
 }
 

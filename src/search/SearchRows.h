@@ -108,7 +108,6 @@ private:
     bool m_more = false;
     std::vector<QVariant> m_end; // rows read ahead by readEnd, m_width fields each
     int m_endRows = 0;
-    qint64 m_endFirstKey = 0;
     bool m_dropRepeats = false;
 };
 
