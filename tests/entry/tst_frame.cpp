@@ -131,81 +131,75 @@ private Q_SLOTS:
         QCOMPARE(s->modes, (std::vector<int>{1, 2, 3}));
     }
 
-    void ctrlSAsksBeforeSavingOnlyWhenSaveIsOn() {
-        TestScreen* s = open();
-        {
-            BoxAnswerer boxes(QMessageBox::Yes);
-            QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
-            QTest::qWait(50);
-            QCOMPARE(boxes.count(), 0);
-            QCOMPARE(s->saves, 0);
-        }
-        QTest::keyClick(s->text, Qt::Key_X);
-        QVERIFY(s->button(Button::Save)->isEnabled());
-        {
-            BoxAnswerer boxes(QMessageBox::No);
-            QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
-            QCOMPARE(boxes.count(), 1);
-            QCOMPARE(boxes.last().text, QStringLiteral("Are you sure to save this invoice?"));
-            QCOMPARE(boxes.last().title, QStringLiteral("Alert"));
-            QCOMPARE(boxes.last().icon, QMessageBox::Question);
-            QCOMPARE(s->saves, 0);
-        }
-        BoxAnswerer boxes(QMessageBox::Yes);
-        QTest::keyClick(s->text, Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(s->saves, 1);
-    }
-
-    void ctrlLClearsAtOnceWhenNothingPending() {
+    void nothingPendingMeansNoQuestion() {
         TestScreen* s = open();
         s->text->setText(QStringLiteral("kept?"));
         s->seller->setText(QStringLiteral("Akbar Traders-Okara"));
         focus(s->number);
         BoxAnswerer boxes(QMessageBox::No);
+        QTest::keyClick(s->number, Qt::Key_S, Qt::ControlModifier);
         QTest::keyClick(s->number, Qt::Key_L, Qt::ControlModifier);
-        QTest::qWait(30);
+        QTest::qWait(50);
         QCOMPARE(boxes.count(), 0);
+        QCOMPARE(s->saves, 0);
         QCOMPARE(s->text->text(), QString());
         QCOMPARE(s->seller->text(), QString());
         QCOMPARE(s->seller->count(), 2); // lists stay
         QVERIFY(s->date->hasFocus());
     }
 
-    void ctrlLAsksEachScreensQuestion_data() {
+    // With a change pending, each command asks first: No leaves everything, Yes goes ahead.
+    void pendingChangeAsksFirst_data() {
+        QTest::addColumn<int>("key");
         QTest::addColumn<QString>("question");
         QTest::addColumn<QString>("title");
         QTest::addColumn<int>("icon");
-        QTest::newRow("invoice") << "Are U Sure To Clear This Invoice ?"
-                                 << "Confirmation" << int(QMessageBox::Warning);
-        QTest::newRow("contract") << "Are you sure to clear this invoice?"
-                                  << "Confirmation" << int(QMessageBox::Question);
-        QTest::newRow("others") << "Are you sure to clear the entries?"
-                                << "Alert" << int(QMessageBox::Question);
+        const int q = int(QMessageBox::Question);
+        QTest::newRow("save") << int(Qt::Key_S) << "Are you sure to save this invoice?"
+                              << "Alert" << q;
+        QTest::newRow("clear invoice") << int(Qt::Key_L) << "Are U Sure To Clear This Invoice ?"
+                                       << "Confirmation" << int(QMessageBox::Warning);
+        QTest::newRow("clear contract") << int(Qt::Key_L) << "Are you sure to clear this invoice?"
+                                        << "Confirmation" << q;
+        QTest::newRow("clear others") << int(Qt::Key_L) << "Are you sure to clear the entries?"
+                                      << "Alert" << q;
+        QTest::newRow("close") << int(Qt::Key_Q) << "Are you sure to close without save?"
+                               << "Alert" << q;
     }
-    void ctrlLAsksEachScreensQuestion() {
+    void pendingChangeAsksFirst() {
+        QFETCH(int, key);
         QFETCH(QString, question);
         QFETCH(QString, title);
         QFETCH(int, icon);
         ScreenTraits t = contractLike();
-        t.clearQuestion = question;
-        t.clearTitle = title;
-        t.clearIcon = QMessageBox::Icon(icon);
+        if (key == Qt::Key_L) {
+            t.clearQuestion = question;
+            t.clearTitle = title;
+            t.clearIcon = QMessageBox::Icon(icon);
+        }
         TestScreen* s = open(t);
         QTest::keyClicks(s->text, QStringLiteral("ab"));
         {
             BoxAnswerer boxes(QMessageBox::No);
-            QTest::keyClick(s->text, Qt::Key_L, Qt::ControlModifier);
+            QTest::keyClick(s->text, Qt::Key(key), Qt::ControlModifier);
             QCOMPARE(boxes.count(), 1);
             QCOMPARE(boxes.last().text, question);
             QCOMPARE(boxes.last().title, title);
             QCOMPARE(int(boxes.last().icon), icon);
             QCOMPARE(boxes.last().buttons, QMessageBox::Yes | QMessageBox::No);
             QCOMPARE(s->text->text(), QStringLiteral("ab"));
+            QCOMPARE(s->saves, 0);
+            QVERIFY(s->isVisible());
         }
         BoxAnswerer boxes(QMessageBox::Yes);
-        QTest::keyClick(s->text, Qt::Key_L, Qt::ControlModifier);
-        QCOMPARE(s->text->text(), QString());
-        QCOMPARE(s->screenMode(), 1);
+        QTest::keyClick(s->text, Qt::Key(key), Qt::ControlModifier);
+        QCOMPARE(boxes.count(), 1);
+        if (key == Qt::Key_S)
+            QCOMPARE(s->saves, 1);
+        else if (key == Qt::Key_L)
+            QVERIFY(s->text->text().isEmpty() && s->screenMode() == 1);
+        else
+            QVERIFY(!s->isVisible());
     }
 
     void enterMovesFocusAsTab() {
@@ -221,30 +215,33 @@ private Q_SLOTS:
         QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
     }
 
+    // The grid keeps its own Enter, whether or not the screen passes Enter in to it; only a
+    // screen that moves focus on Enter marks the typing in the grid as a change.
+    void enterInAGridMovesItsCell_data() {
+        QTest::addColumn<bool>("passedIn");
+        QTest::newRow("screen moves focus") << false;
+        QTest::newRow("passed in to the grid") << true;
+    }
     void enterInAGridMovesItsCell() {
-        TestScreen* s = open();
+        QFETCH(bool, passedIn);
+        ScreenTraits t = contractLike();
+        if (passedIn) {
+            t.enterPassesIn = {QStringLiteral("Grid")};
+            t.topMark = ScreenTraits::TopMark::None;
+        }
+        TestScreen* s = open(t);
         focus(s->grid);
         s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
         QTest::keyClick(s->grid, 'L');
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("HR-1"));
+        s->SetScreenMode(1);
+        s->ModeWord.clear();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         QCOMPARE(s->grid->cellText(0, 0), QStringLiteral("LHR-1"));
         QCOMPARE(s->grid->currentIndex(), s->grid->model()->index(0, 1));
         QVERIFY(s->grid->hasFocus());
-    }
-
-    void enterLeftToNamedControls() {
-        ScreenTraits t = contractLike();
-        t.enterPassesIn = {QStringLiteral("Grid")};
-        t.topMark = ScreenTraits::TopMark::None;
-        TestScreen* s = open(t);
-        focus(s->grid);
-        s->grid->setCurrentIndex(s->grid->model()->index(0, 0));
-        QTest::keyClick(s->grid, Qt::Key_Return);
-        // The grid's own Enter moved the cell; the screen marked nothing.
-        QCOMPARE(s->grid->currentIndex().column(), 1);
-        QCOMPARE(s->ModeWord, QString());
-        QCOMPARE(s->screenMode(), 1);
+        QCOMPARE(s->ModeWord.isEmpty(), passedIn);
+        QCOMPARE(s->screenMode() == 1, passedIn);
     }
 
     // Which keys mark the change on a screen that marks once with the word.
@@ -337,22 +334,6 @@ private Q_SLOTS:
         focus(s->text);
         QTest::keyClick(s->text, Qt::Key_F1);
         QCOMPARE(s->searches, 2);
-    }
-
-    void closingWithPendingChange() {
-        TestScreen* s = open();
-        QTest::keyClick(s->text, Qt::Key_X);
-        {
-            BoxAnswerer boxes(QMessageBox::No);
-            QTest::keyClick(s->text, Qt::Key_Q, Qt::ControlModifier);
-            QCOMPARE(boxes.count(), 1);
-            QCOMPARE(boxes.last().text, QStringLiteral("Are you sure to close without save?"));
-            QCOMPARE(boxes.last().title, QStringLiteral("Alert"));
-            QVERIFY(s->isVisible());
-        }
-        BoxAnswerer boxes(QMessageBox::Yes);
-        s->button(Button::Close)->click();
-        QVERIFY(!s->isVisible());
     }
 
     void errorsEndInTheErrorBox() {

@@ -47,6 +47,16 @@ struct ArrivalLike {
         window.resize(700, 300);
         grid->panel()->resize(700, 300);
     }
+
+    // Shown with the grid focused on the given cell, ready for keys.
+    bool showAt(int row, int column) {
+        window.show();
+        if (!QTest::qWaitForWindowActive(&window))
+            return false;
+        grid->setFocus();
+        grid->setCurrentIndex(model->index(row, column));
+        return true;
+    }
 };
 
 } // namespace
@@ -112,10 +122,7 @@ private Q_SLOTS:
 
     void keyboardEditingMovesAndRecomputes() {
         ArrivalLike g;
-        g.window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&g.window));
-        g.grid->setFocus();
-        g.grid->setCurrentIndex(g.model->index(0, Qty));
+        QVERIFY(g.showAt(0, Qty));
         QTest::keyClick(g.grid, '4');
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QCOMPARE(g.grid->currentIndex(), g.model->index(0, Bags));
@@ -132,10 +139,7 @@ private Q_SLOTS:
 
     void refusalThroughTheViewKeepsTheEditor() {
         ArrivalLike g;
-        g.window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&g.window));
-        g.grid->setFocus();
-        g.grid->setCurrentIndex(g.model->index(0, PerBag));
+        QVERIFY(g.showAt(0, PerBag));
         QTest::keyClick(g.grid, '1');
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("00000"));
         QWidget* editor = QApplication::focusWidget();
@@ -161,10 +165,7 @@ private Q_SLOTS:
     void deleteRemovesLineOnlyWhenAllowed() {
         ArrivalLike g;
         g.model->setLines({QStringList{QStringLiteral("A")}, QStringList{QStringLiteral("B")}});
-        g.window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&g.window));
-        g.grid->setFocus();
-        g.grid->setCurrentIndex(g.model->index(0, Vehicle));
+        QVERIFY(g.showAt(0, Vehicle));
         QTest::keyClick(g.grid, Qt::Key_Delete);
         QCOMPARE(g.model->lineCount(), 2);
         g.grid->setDeleteRemovesLine(true);
