@@ -18,9 +18,6 @@ using namespace gm::test;
 
 namespace {
 
-const QString kSaveQuestion = QStringLiteral("Are you sure to save this invoice?");
-const QString kPrintQuestion = QStringLiteral("Do you want to print?");
-
 template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
     auto* w = screen->findChild<W*>(name);
     if (!w)
@@ -46,6 +43,13 @@ void typeInto(QWidget* screen, const QString& name, const QString& keys) {
     QTest::keyClick(w, Qt::Key_Backspace);
     QTest::keyClicks(w, keys);
     QTest::keyClick(w, Qt::Key_Return);
+}
+
+// The commodity by its key, so that the test does not depend on how the sample names it.
+void typeCommodity(QWidget* screen, int key) {
+    for (const LookupItem& item : control<LookupCombo>(screen, "CboCommodity")->items())
+        if (item.key == QString::number(key))
+            typeInto(screen, "CboCommodity", item.name);
 }
 
 // A cell typed as the clerk does: the first key opens the editor, Enter commits.
@@ -87,31 +91,25 @@ void ctrl(QWidget* screen, Qt::Key key) {
     QTest::keyClick(target, key, Qt::ControlModifier);
 }
 
-// Saves with Ctrl+S, answering the save question Yes and the print question `print`.
-void saveByKeys(QWidget* screen, Modals& m, QMessageBox::StandardButton print = QMessageBox::No) {
-    m.answer(QMessageBox::Yes).answer(print);
+// Saves with Ctrl+S, answering the save question Yes and the print question No.
+bool saveByKeys(QWidget* screen) {
+    Modals m;
+    m.answer(QMessageBox::Yes).answer(QMessageBox::No);
     ctrl(screen, Qt::Key_S);
+    return QTest::qWaitFor([&m] { return m.done(); });
 }
 
-HostSettingsValues settings() {
-    HostSettingsValues v;
-    v.DFCAccountNo = QString::fromLatin1(kDfcAccount);
-    v.HeaderLine1 = QStringLiteral("Pak Flour Mills");
-    v.HeaderLine2 = QStringLiteral("Okara Road");
-    v.HeaderLine3Main = QStringLiteral("Ph 044-2620011");
-    v.HeaderEmail = QStringLiteral("office@pakflour.example");
-    return v;
+// A seller and a commodity of a free arrival, and one vehicle of ten bags.
+void fillFreeArrival(QWidget* screen, const QString& vehicleNo) {
+    QApplication::setActiveWindow(screen);
+    typeInto(screen, "CboSeller", QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
+    typeCommodity(screen, kWheatLocal);
+    typeLine(control<LineGrid>(screen, "Grid"), 0,
+             {vehicleNo, "New", "Jute 100 Kg", "10", "100", QString(), QString()});
 }
 
-QString nameOfKey(LookupCombo* combo, const QString& key) {
-    for (const LookupItem& item : combo->items())
-        if (item.key == key)
-            return item.name;
-    return {};
-}
-
-qint64 count(const Conn& conn, const char* sql, std::initializer_list<QVariant> binds = {}) {
-    return toInt(scalar(conn, QString::fromLatin1(sql), binds));
+QString valueOf(const Conn& conn, const char* sql, qint64 id) {
+    return toText(scalar(conn, QString::fromLatin1(sql), {id}));
 }
 
 } // namespace
@@ -139,7 +137,9 @@ void TestArrivalScreen::init() {
     m_conn = freshSampleConn();
     m_forms = std::make_unique<Forms>();
     m_forms->InitializeClass(*m_conn);
-    m_forms->setHostSettings(std::make_shared<FixedHostSettings>(settings()));
+    HostSettingsValues settings;
+    settings.DFCAccountNo = QString::fromLatin1(kDfcAccount);
+    m_forms->setHostSettings(std::make_shared<FixedHostSettings>(settings));
 }
 
 void TestArrivalScreen::cleanup() {
@@ -159,19 +159,14 @@ FrmArrivalsRate* TestArrivalScreen::showScreen() {
 
 void TestArrivalScreen::freeArrivalOfThreeVehicles() {
     GM_REQUIRE_ENGINE();
-    const qint64 firstId =
-        toInt(scalar(*m_conn, "SELECT COALESCE(MAX(ArrivalId), 0) + 1 FROM Arrivals"));
     const double wheatBefore = stockWeight(*m_conn, kWheatLocal);
     const double bagsBefore = stockBags(*m_conn, 2, 1);
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
-    QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(firstId));
+    const qint64 firstId = textOf(s, "TxtArrivalID").toLongLong();
     QVERIFY(!s->button(Button::Save)->isEnabled());
-
-    auto* commodity = control<LookupCombo>(s, "CboCommodity");
     typeInto(s, "CboSeller", QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
-    typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatLocal)));
-    QCOMPARE(commodity->currentKey(), QString::number(kWheatLocal));
+    typeCommodity(s, kWheatLocal);
     QVERIFY(s->button(Button::Save)->isEnabled());
 
     LineGrid* grid = control<LineGrid>(s, "Grid");
@@ -185,10 +180,6 @@ void TestArrivalScreen::freeArrivalOfThreeVehicles() {
     typeLine(grid, 1, {"OKR-7", "New", "Jute 100 Kg", "50", "100", QString(), QString()});
     typeLine(grid, 2, {"SWL-3", "Used", "Jute 50 Kg", "20", "50", QString(), "5"});
     QCOMPARE(lines->lineCount(), 3);
-    QCOMPARE(lines->cellText(0, ColGross), QStringLiteral("10050"));
-    QCOMPARE(lines->cellValue(0, ColNetWeight), 9980.0);
-    QCOMPARE(lines->cellValue(1, ColNetWeight), 5000.0);
-    QCOMPARE(lines->cellValue(2, ColNetWeight), 995.0);
     QCOMPARE(lines->cellText(0, ColRateUnitId), QStringLiteral("Mound (40)"));
     QCOMPARE(lines->footerText(ColQty), QStringLiteral("170"));
     QCOMPARE(lines->footerText(ColNetWeight), QStringLiteral("15975"));
@@ -203,11 +194,10 @@ void TestArrivalScreen::freeArrivalOfThreeVehicles() {
     });
     ctrl(s, Qt::Key_S);
     QTRY_VERIFY(m.done());
-    QCOMPARE(m.texts(), QStringList({kSaveQuestion, kPrintQuestion}));
-    QCOMPARE(count(*m_conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = ?", {firstId}), 3);
-    QCOMPARE(
-        toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {firstId})),
-        QString::fromLatin1(kSeller));
+    QCOMPARE(m.texts(),
+             QStringList({"Are you sure to save this invoice?", "Do you want to print?"}));
+    QCOMPARE(valueOf(*m_conn, "SELECT COUNT(*) FROM ArrivalsBody WHERE ArrivalId = ?", firstId),
+             QStringLiteral("3"));
     QCOMPARE(stockWeight(*m_conn, kWheatLocal), wheatBefore + 15975.0);
     QCOMPARE(stockBags(*m_conn, 2, 1), bagsBefore + 150.0);
     // The page printed from the question carries the vehicle with its quote.
@@ -226,7 +216,6 @@ void TestArrivalScreen::arrivalAgainstAContract() {
     QVERIFY(s);
     const qint64 id = textOf(s, "TxtArrivalID").toLongLong();
     typeInto(s, "CboContract", QStringLiteral("901"));
-    QCOMPARE(textOf(s, "CboSeller"), QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
     QCOMPARE(control<LookupCombo>(s, "CboSeller")->currentKey(), QString::fromLatin1(kSeller));
     QCOMPARE(control<LookupCombo>(s, "CboCommodity")->currentKey(),
              QString::number(kWheatGovernment));
@@ -234,14 +223,11 @@ void TestArrivalScreen::arrivalAgainstAContract() {
     QVERIFY(!control(s, "CboCommodity")->isEnabled());
     QVERIFY(!control(s, "CboPRCenter")->isEnabled());
 
-    LineGrid* grid = control<LineGrid>(s, "Grid");
-    typeLine(grid, 0, {"CTR-1", "New", "PP 100 Kg", "40", "100", QString(), QString()});
-    Modals m;
-    saveByKeys(s, m);
-    QTRY_COMPARE(count(*m_conn, "SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?", {id}), 1);
-    QCOMPARE(count(*m_conn, "SELECT ContractId FROM Arrivals WHERE ArrivalId = ?", {id}), 901);
-    QCOMPARE(toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {id})),
-             QString::fromLatin1(kSeller));
+    typeLine(control<LineGrid>(s, "Grid"), 0,
+             {"CTR-1", "New", "PP 100 Kg", "40", "100", QString(), QString()});
+    QVERIFY(saveByKeys(s));
+    QCOMPARE(valueOf(*m_conn, "SELECT ContractId FROM Arrivals WHERE ArrivalId = ?", id),
+             QStringLiteral("901"));
     // One contract, one arrival: it has left the list, and Clear freed the other fields.
     QCOMPARE(control<LookupCombo>(s, "CboContract")->findName(QStringLiteral("901")), -1);
     QVERIFY(control(s, "CboPRCenter")->isEnabled());
@@ -258,8 +244,7 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
     const qint64 id = textOf(s, "TxtArrivalID").toLongLong();
-    auto* commodity = control<LookupCombo>(s, "CboCommodity");
-    typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatGovernment)));
+    typeCommodity(s, kWheatGovernment);
     typeInto(s, "CboPRCenter", QStringLiteral("PR Centre Test"));
     QCOMPARE(textOf(s, "CboSeller"), QStringLiteral("District Food Controller-Okara"));
     QVERIFY(!control(s, "CboSeller")->isEnabled());
@@ -279,22 +264,17 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
 
     typeCell(grid, 0, ColVehicleNo, QStringLiteral("DFC-1"));
     typeCell(grid, 0, ColClass, QStringLiteral("New"));
-    {
+    // Over the quota the clerk is told, then asked: No empties the cell, Yes keeps it.
+    for (const auto keep : {QMessageBox::No, QMessageBox::Yes}) {
         Modals m;
-        m.answer(QMessageBox::Ok).answer(QMessageBox::No);
+        m.answer(QMessageBox::Ok).answer(keep);
         typeCell(grid, 0, ColQty, QStringLiteral("601"));
         QTRY_VERIFY(m.done());
         QCOMPARE(m.texts(), QStringList({kQuotaNotice, kQuotaQuestion}));
         QCOMPARE(m.seen().at(1).icon, QMessageBox::Information);
-        QCOMPARE(lines->cellText(0, ColQty), QString());
-        escapeCell(grid, "TxtQty");
-    }
-    {
-        Modals m;
-        m.answer(QMessageBox::Ok).answer(QMessageBox::Yes);
-        typeCell(grid, 0, ColQty, QStringLiteral("601"));
-        QTRY_VERIFY(m.done());
-        QCOMPARE(lines->cellText(0, ColQty), QStringLiteral("601"));
+        QCOMPARE(lines->cellText(0, ColQty), keep == QMessageBox::Yes ? "601" : QString());
+        if (keep == QMessageBox::No)
+            escapeCell(grid, "TxtQty");
     }
     {
         Modals m;
@@ -306,14 +286,12 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
         QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
         escapeCell(grid, "TxtBags");
     }
-    Modals m;
-    saveByKeys(s, m);
-    QTRY_VERIFY(m.done());
-    QCOMPARE(toText(scalar(*m_conn, "SELECT SellerId FROM Arrivals WHERE ArrivalId = ?", {id})),
-             QString::fromLatin1(kDfcAccount));
-    QCOMPARE(toText(scalar(*m_conn, "SELECT PermitNo FROM Arrivals WHERE ArrivalId = ?", {id})),
-             QStringLiteral("P-900"));
-    QCOMPARE(count(*m_conn, "SELECT CenterId FROM Arrivals WHERE ArrivalId = ?", {id}), 90);
+    QVERIFY(saveByKeys(s));
+    QCOMPARE(valueOf(*m_conn,
+                     "SELECT SellerId || ' ' || PermitNo || ' ' || CAST(CenterId AS VARCHAR(10)) "
+                     "FROM Arrivals WHERE ArrivalId = ?",
+                     id),
+             QString::fromLatin1(kDfcAccount) + QStringLiteral(" P-900 90"));
     // 4000 a mound of 40 kg is 100 a kilogram.
     QCOMPARE(toDouble(scalar(*m_conn, "SELECT Cost FROM ArrivalsBody WHERE ArrivalId = ?", {id})),
              100.0);
@@ -329,26 +307,17 @@ void TestArrivalScreen::openEditAndRemove() {
     QVERIFY(s);
     s->setArrivalSearch([id](QWidget*) { return id; });
     ctrl(s, Qt::Key_O);
-    LineGridModel* lines = control<LineGrid>(s, "Grid")->lines();
-    QCOMPARE(lines->lineCount(), 2);
+    LineGrid* grid = control<LineGrid>(s, "Grid");
+    QCOMPARE(grid->lines()->lineCount(), 2);
     QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(id));
     QVERIFY(!control(s, "TxtArrivalID")->isEnabled());
     QVERIFY(s->button(Button::Remove)->isEnabled());
 
     // A key arms Save; the saved arrival's lines are replaced and the stock follows.
-    typeCell(control<LineGrid>(s, "Grid"), 1, ColQty, QStringLiteral("30"));
+    typeCell(grid, 1, ColQty, QStringLiteral("30"));
     QVERIFY(s->button(Button::Save)->isEnabled());
-    {
-        Modals m;
-        saveByKeys(s, m);
-        QTRY_VERIFY(m.done());
-    }
+    QVERIFY(saveByKeys(s));
     QCOMPARE(stockWeight(*m_conn, kWheatLocal), before + 13000.0);
-    QCOMPARE(count(*m_conn,
-                   "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ? AND VehicleNo "
-                   "= 'E-2'",
-                   {id}),
-             30);
 
     // Opened again through the arrival search itself: the newest arrival heads its list.
     s->setArrivalSearch(nullptr);
@@ -365,14 +334,12 @@ void TestArrivalScreen::openEditAndRemove() {
         QTRY_VERIFY(m.done());
     }
     QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(id));
-    {
-        Modals m;
-        m.answer(QMessageBox::Yes);
-        QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton);
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts(), QStringList({"Are you sure to remove this arrival?"}));
-    }
-    QCOMPARE(count(*m_conn, "SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?", {id}), 0);
+    Modals m;
+    m.answer(QMessageBox::Yes);
+    QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton);
+    QTRY_VERIFY(m.done());
+    QCOMPARE(m.texts(), QStringList({"Are you sure to remove this arrival?"}));
+    QVERIFY(!store.exists(id));
     QCOMPARE(stockWeight(*m_conn, kWheatLocal), before);
     QVERIFY(!s->button(Button::Remove)->isEnabled());
     QVERIFY(!s->button(Button::Print)->isEnabled());
@@ -383,9 +350,9 @@ void TestArrivalScreen::invoicedArrivalIsRefused() {
     ArrivalStore store(*m_conn);
     const int id = store.nextArrivalId();
     store.save(freeArrival(id, {vehicle("I-1", 100, 100)}), true);
-    const qint64 purchase =
-        1 + count(*m_conn, "SELECT COALESCE(MAX(PurchaseId), 0) FROM Purchases");
-    invoiceVehicle(*m_conn, int(purchase), id, QStringLiteral("I-1"), kWheatLocal);
+    const int purchase =
+        1 + toInt(scalar(*m_conn, "SELECT COALESCE(MAX(PurchaseId), 0) FROM Purchases"));
+    invoiceVehicle(*m_conn, purchase, id, QStringLiteral("I-1"), kWheatLocal);
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
     s->setArrivalSearch([id](QWidget*) { return id; });
@@ -406,7 +373,9 @@ void TestArrivalScreen::invoicedArrivalIsRefused() {
     ctrl(s, Qt::Key_S);
     QTRY_VERIFY(m.done());
     QCOMPARE(m.texts().last(), kArrivalUpdateRefusal);
-    QCOMPARE(count(*m_conn, "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ?", {id}), 100);
+    QCOMPARE(
+        valueOf(*m_conn, "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ?", id).toDouble(),
+        100.0);
     QVERIFY(s->button(Button::Save)->isEnabled()); // the entries stay for another try
 }
 
@@ -416,23 +385,11 @@ void TestArrivalScreen::sameKeyOnTwoScreens() {
     QVERIFY(first);
     FrmArrivalsRate second(m_forms->context());
     second.show();
-    const QString key = textOf(first, "TxtArrivalID");
-    QCOMPARE(textOf(&second, "TxtArrivalID"), key);
-    const auto fill = [](FrmArrivalsRate* s, const QString& vehicleNo) {
-        QApplication::setActiveWindow(s);
-        typeInto(s, "CboSeller", QStringLiteral("Haji Muhammad Aslam & Sons-Okara"));
-        auto* commodity = control<LookupCombo>(s, "CboCommodity");
-        typeInto(s, "CboCommodity", nameOfKey(commodity, QString::number(kWheatLocal)));
-        typeLine(control<LineGrid>(s, "Grid"), 0,
-                 {vehicleNo, "New", "Jute 100 Kg", "10", "100", QString(), QString()});
-    };
-    fill(first, QStringLiteral("FIRST"));
-    fill(&second, QStringLiteral("SECOND"));
-    {
-        Modals m;
-        saveByKeys(first, m);
-        QTRY_VERIFY(m.done());
-    }
+    const int key = textOf(first, "TxtArrivalID").toInt();
+    QCOMPARE(textOf(&second, "TxtArrivalID").toInt(), key);
+    fillFreeArrival(first, QStringLiteral("FIRST"));
+    fillFreeArrival(&second, QStringLiteral("SECOND"));
+    QVERIFY(saveByKeys(first));
     {
         Modals m;
         m.answer(QMessageBox::Yes).answer(QMessageBox::Ok);
@@ -441,21 +398,12 @@ void TestArrivalScreen::sameKeyOnTwoScreens() {
         QCOMPARE(m.texts().last(), QStringLiteral("The Arrival ID already exists. A new ID has "
                                                   "been generated. Please save your record again"));
     }
-    const QString newKey = textOf(&second, "TxtArrivalID");
-    QCOMPARE(newKey.toLongLong(), key.toLongLong() + 1);
-    QCOMPARE(second.OpenedDocumentId, newKey.toInt());
-    {
-        Modals m;
-        saveByKeys(&second, m);
-        QTRY_VERIFY(m.done());
-    }
-    QCOMPARE(toText(scalar(*m_conn, "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?",
-                           {key.toInt()})),
-             QStringLiteral("FIRST"));
-    QCOMPARE(toText(scalar(*m_conn, "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?",
-                           {newKey.toInt()})),
-             QStringLiteral("SECOND"));
-    QCOMPARE(count(*m_conn, "SELECT IsPosted FROM Arrivals WHERE ArrivalId = ?", {key.toInt()}), 1);
+    QCOMPARE(textOf(&second, "TxtArrivalID").toInt(), key + 1);
+    QCOMPARE(second.OpenedDocumentId, key + 1);
+    QVERIFY(saveByKeys(&second));
+    const char* vehicleOf = "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?";
+    QCOMPARE(valueOf(*m_conn, vehicleOf, key), QStringLiteral("FIRST"));
+    QCOMPARE(valueOf(*m_conn, vehicleOf, key + 1), QStringLiteral("SECOND"));
 }
 
 QTEST_MAIN(TestArrivalScreen)
