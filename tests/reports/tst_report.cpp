@@ -1,14 +1,15 @@
+#include "PdfText.h"
 #include "reports/Report.h"
 
 #include <QApplication>
 #include <QPrintPreviewWidget>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 using namespace gm;
+using test::pdfPages;
 
 namespace {
 
@@ -40,18 +41,6 @@ Report invoiceLike(int rows) {
     r.tables << t;
     r.summaryFields = {{QStringLiteral("Net Amount"), QStringLiteral("123456.00"), {}, false}};
     return r;
-}
-
-// The PDF's text, one entry per page.
-QStringList pdfPages(const QString& path) {
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-    if (!p.waitForFinished(30000) || p.exitCode() != 0)
-        return {};
-    QStringList pages = QString::fromUtf8(p.readAllStandardOutput()).split(QChar('\f'));
-    if (!pages.isEmpty() && pages.last().trimmed().isEmpty())
-        pages.removeLast();
-    return pages;
 }
 
 } // namespace
@@ -88,29 +77,22 @@ private Q_SLOTS:
         QVERIFY(pages.last().contains("123456.00"));
     }
 
-    void suppressedFieldIsNotPrinted() {
+    void shortReports() {
         Report r = invoiceLike(3);
         QVERIFY(r.setSuppressed("PreviousCredit1", true));
         QVERIFY(!r.setSuppressed("NoSuchField", true));
-        const QString path = m_dir.filePath("suppressed.pdf");
-        QVERIFY(writeReportPdf(r, path));
-        const QStringList pages = pdfPages(path);
+        QVERIFY(writeReportPdf(r, m_dir.filePath("suppressed.pdf")));
+        const QStringList pages = pdfPages(m_dir.filePath("suppressed.pdf"));
         QCOMPARE(pages.size(), 1);
         QVERIFY(!pages[0].contains("Previous Balance"));
         QVERIFY(pages[0].contains("Invoice No"));
-    }
 
-    void emptyReportIsOneBlankPage() {
-        const QString path = m_dir.filePath("empty.pdf");
-        QVERIFY(writeReportPdf(Report{}, path));
-        const QStringList pages = pdfPages(path);
-        QCOMPARE(pages.size(), 1);
-        QVERIFY(pages[0].contains("Page 1 of 1"));
-    }
+        QVERIFY(writeReportPdf(Report{}, m_dir.filePath("empty.pdf")));
+        QCOMPARE(pdfPages(m_dir.filePath("empty.pdf")).join('|').simplified(),
+                 QStringLiteral("Page 1 of 1"));
 
-    void unwritablePathFails() {
         QString error;
-        QVERIFY(!writeReportPdf(invoiceLike(1), m_dir.filePath("no/such/dir/x.pdf"), &error));
+        QVERIFY(!writeReportPdf(r, m_dir.filePath("no/such/dir/x.pdf"), &error));
         QVERIFY(!error.isEmpty());
     }
 
@@ -137,9 +119,6 @@ private Q_SLOTS:
             parent = viewer->parentWidget();
             viewer->previewWidget()->updatePreview();
             pages = viewer->pageCount();
-            QCOMPARE(viewer->report().title, report.title);
-            viewer->RemoveObjectColors();
-            viewer->SetBorderColor();
             viewer->reject();
         });
         showReport(&owner, report);
