@@ -1,9 +1,6 @@
-#include "datastore/Sql.h"
+#include "FixtureDb.h"
 #include "services/ReferentialGuard.h"
-#include "support/TestDb.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QtTest>
 
 using namespace gm;
@@ -15,8 +12,13 @@ const QDate kDayWithout(2026, 11, 21);
 
 // Contract 5 is used by an arrival and an invoice, 6 by nothing, 7 only by a table the
 // program does not know, which names the key column its own way. Arrival 1 is invoiced.
-void loadFixture(const Conn& conn) {
-    const char* const statements[] = {
+// That table has two keys to contracts, one naming its column and one pointing at the primary
+// key; its mixed-case quoted name must be used exactly as the catalog reports it.
+std::unique_ptr<Conn> fixture() {
+    return test::fixtureConn({
+        "CREATE TABLE \"GuardNotes\" (NoteId integer PRIMARY KEY, "
+        "ContractRef integer REFERENCES PContracts (ContractId), "
+        "LaterContract integer REFERENCES PContracts)",
         "INSERT INTO Cities (CityId, CityName) VALUES (1, 'Multan')",
         "INSERT INTO ChartOfAccounts (AccountNo, AccountName, IsEditable) VALUES "
         "('6001', 'Zahid Traders', 1), ('6''01', 'O''Brien', 1), ('6002', 'Unused', 1)",
@@ -38,16 +40,7 @@ void loadFixture(const Conn& conn) {
         "INSERT INTO Consumption (ProductionDate, ProcessId, CommodityId) VALUES "
         "('2026-11-20', 1, 1)",
         "INSERT INTO \"GuardNotes\" (NoteId, ContractRef, LaterContract) VALUES (1, NULL, 7)",
-    };
-    // Two keys to contracts: one naming its column, one pointing at the primary key. The
-    // mixed-case quoted name must be used exactly as the catalog reports it.
-    QSqlQuery ddl(conn.db());
-    if (!ddl.exec(QStringLiteral("CREATE TABLE \"GuardNotes\" (NoteId integer PRIMARY KEY, "
-                                 "ContractRef integer REFERENCES PContracts (ContractId), "
-                                 "LaterContract integer REFERENCES PContracts)")))
-        QFAIL(qPrintable(ddl.lastError().text()));
-    for (const char* sql : statements)
-        execute(conn, QString::fromUtf8(sql));
+    });
 }
 
 DocumentKey keyOf(const QStringList& columns, const QVariantList& values) {
@@ -65,13 +58,7 @@ class TestReferentialGuard : public QObject {
     std::unique_ptr<Conn> m_conn;
 
 private Q_SLOTS:
-    void initTestCase() {
-        QString why;
-        if (!test::engineAvailable(&why))
-            return;
-        m_conn = test::freshConn();
-        loadFixture(*m_conn);
-    }
+    void initTestCase() { m_conn = fixture(); }
 
     void findsReferences_data() {
         QTest::addColumn<QString>("table");
