@@ -1,8 +1,8 @@
 #include "../arrivals/Modals.h"
-#include "ContractFixture.h"
 
 #include "contracts/ContractStore.h"
 #include "contracts/FrmPurchaseContract.h"
+#include "datastore/Sql.h"
 #include "entry/BoxAnswerer.h"
 #include "entry/Forms.h"
 #include "entry/LookupCombo.h"

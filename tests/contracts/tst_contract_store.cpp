@@ -1,8 +1,9 @@
 #include "../reports/PdfText.h"
-#include "ContractFixture.h"
 
 #include "contracts/ContractReport.h"
 #include "contracts/ContractStore.h"
+#include "contracts/PurchaseContract.h"
+#include "datastore/Sql.h"
 #include "support/TestDb.h"
 
 #include <QTemporaryDir>
@@ -11,6 +12,15 @@
 using namespace gm;
 
 namespace {
+
+// A value in every column, none of them a default, pointing at the sample mill's masters.
+PurchaseContract sampleContract(qint64 id) {
+    // clang-format off
+    return {id, QDate(2026, 3, 14), 1, "6300002", 2.5, true, "6100001", 2, "Bags", 1200, 3850.75,
+            true, true, QDate(2026, 3, 20), QDate(2026, 4, 30), "To Pay", 0.75, 12, true,
+            "Moisture under 10%; seller's own bags", true, false};
+    // clang-format on
+}
 
 // Other screens read these straight from the table, so a pair swapped both ways in the store
 // would still load back equal.
@@ -49,39 +59,40 @@ void TstContractStore::savedLoadedAndPrinted() {
     GM_REQUIRE_ENGINE();
     QFETCH(bool, withBroker);
     QFETCH(QString, extraLine);
-    auto conn = test::freshConn();
-    test::seedContractMasters(*conn);
+    auto conn = test::freshSampleConn();
     ContractStore store(*conn);
-    QCOMPARE(store.nextContractId(), qint64(1));
-
-    PurchaseContract c = test::sampleContract(5);
+    // A number beyond the next one: the next is counted from the highest, not the count.
+    const qint64 id = store.nextContractId() + 4;
+    PurchaseContract c = sampleContract(id);
     if (!withBroker)
         c.brokerId.clear();
     QCOMPARE(store.insert(c), ContractStore::InsertResult::Inserted);
-    QCOMPARE(scalar(*conn, QStringLiteral("SELECT BrokerId FROM PContracts")).isNull(),
-             !withBroker);
-    QCOMPARE(storedAmounts(*conn, 5), amounts(c));
-    QCOMPARE(store.nextContractId(), qint64(6));
+    QCOMPARE(
+        scalar(*conn, QStringLiteral("SELECT BrokerId FROM PContracts WHERE ContractId = ?"), {id})
+            .isNull(),
+        !withBroker);
+    QCOMPARE(storedAmounts(*conn, id), amounts(c));
+    QCOMPARE(store.nextContractId(), id + 1);
 
-    const auto loaded = store.load(5);
+    const auto loaded = store.load(id);
     QVERIFY(loaded);
     QCOMPARE(loaded->contract, c); // the quote in the terms is stored as typed
-    QVERIFY(loaded->sellerName.startsWith("Ali Traders"));
-    QCOMPARE(loaded->brokerName.startsWith("Bashir Brokers"), withBroker);
+    QVERIFY(loaded->sellerName.startsWith("Haji Muhammad Aslam"));
+    QCOMPARE(loaded->brokerName.startsWith("Iqbal & Co Brokers"), withBroker);
     QVERIFY(loaded->commodityName.contains("Wheat"));
     QCOMPARE(loaded->unitName, QStringLiteral("Mound"));
-    QVERIFY(!store.load(6));
+    QVERIFY(!store.load(id + 1));
 
     // A save hands a contract back unposted and touches no other row.
-    QCOMPARE(store.insert(test::sampleContract(8)), ContractStore::InsertResult::Inserted);
+    QCOMPARE(store.insert(sampleContract(id + 3)), ContractStore::InsertResult::Inserted);
     execute(*conn, QStringLiteral("UPDATE PContracts SET IsPosted = 1"));
     PurchaseContract edited = c;
     edited.quantity = 25000.5;
     edited.otherTerms = QStringLiteral("O'Neil's \"terms\"; --");
     QVERIFY(store.update(edited));
-    QCOMPARE(store.load(5)->contract, edited);
-    QCOMPARE(storedAmounts(*conn, 5), amounts(edited));
-    QVERIFY(store.load(8)->contract.isPosted);
+    QCOMPARE(store.load(id)->contract, edited);
+    QCOMPARE(storedAmounts(*conn, id), amounts(edited));
+    QVERIFY(store.load(id + 3)->contract.isPosted);
     edited.contractId = 99;
     QVERIFY(!store.update(edited));
 
@@ -103,8 +114,8 @@ void TstContractStore::savedLoadedAndPrinted() {
                                   extraLine.isEmpty() ? "Ph 044-2620011"
                                                       : "Ph 044-2620011,Fax 044-2620012",
                                   "14/03/2026",
-                                  "Ali Traders",
-                                  "Wheat",
+                                  "Haji Muhammad Aslam",
+                                  "Wheat Local",
                                   "1200",
                                   "3850.75",
                                   "Mound (40)",
@@ -115,16 +126,15 @@ void TstContractStore::savedLoadedAndPrinted() {
                                   "Moisture under 10%; seller's own bags"};
     for (const QString& s : expected)
         QVERIFY2(text.contains(s), qPrintable("missing \"" + s + "\" in: " + text));
-    QCOMPARE(text.contains("Bashir Brokers"), withBroker);
+    QCOMPARE(text.contains("Iqbal & Co Brokers"), withBroker);
     QVERIFY(!text.contains("office@mill.example")); // no email line on a contract
 }
 
 void TstContractStore::takenNumberIsNeverOverwritten() {
     GM_REQUIRE_ENGINE();
-    auto conn = test::freshConn();
-    test::seedContractMasters(*conn);
+    auto conn = test::freshSampleConn();
     ContractStore store(*conn);
-    const PurchaseContract first = test::sampleContract(3);
+    const PurchaseContract first = sampleContract(store.nextContractId());
     QCOMPARE(store.insert(first), ContractStore::InsertResult::Inserted);
 
     // Another clerk, on a connection of their own, was shown the same number.
@@ -132,14 +142,14 @@ void TstContractStore::takenNumberIsNeverOverwritten() {
     auto other = Conn::open(test::lastLocation(), &error);
     QVERIFY2(other, qPrintable(error));
     ContractStore otherStore(*other);
-    PurchaseContract second = test::sampleContract(3);
-    second.partyId = QStringLiteral("6002");
+    PurchaseContract second = sampleContract(first.contractId);
+    second.partyId = QStringLiteral("6100002");
     QCOMPARE(otherStore.insert(second), ContractStore::InsertResult::NumberTaken);
-    QCOMPARE(store.load(3)->contract, first);
+    QCOMPARE(store.load(first.contractId)->contract, first);
 
     second.contractId = otherStore.nextContractId();
     QCOMPARE(otherStore.insert(second), ContractStore::InsertResult::Inserted);
-    QCOMPARE(store.load(4)->contract, second);
+    QCOMPARE(store.load(first.contractId + 1)->contract, second);
 }
 
 QTEST_MAIN(TstContractStore)
