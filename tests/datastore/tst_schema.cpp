@@ -2,13 +2,11 @@
 #include "DocumentFixture.h"
 #include "support/TestDb.h"
 
-#include <QDir>
 #include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QUrl>
 
 using namespace gm;
 
@@ -56,25 +54,6 @@ class TstSchema : public QObject {
     }
 
 private Q_SLOTS:
-    void documentsAreAccepted() {
-        GM_REQUIRE_ENGINE();
-        const Conn& c = docs();
-        // Lines of production and hourly records get their own keys when none is given.
-        QVERIFY(!scalar(c, QStringLiteral("SELECT ConsumptionId FROM Consumption")).isNull());
-        QVERIFY(
-            !scalar(c, QStringLiteral("SELECT HProductionLineId FROM HProductionBody")).isNull());
-        // Dates and times come back as written.
-        QCOMPARE(toDate(scalar(c, QStringLiteral("SELECT ArrivalDate FROM Arrivals WHERE "
-                                                 "ArrivalId = 1"))),
-                 QDate(2026, 11, 2));
-        QCOMPARE(toDateTime(scalar(c, QStringLiteral("SELECT ProcessTime FROM HourlyProduction"))),
-                 QDateTime(QDate(2026, 11, 2), QTime(9, 30)));
-        // Names are matched whatever case the statement spells them in.
-        QCOMPARE(toInt(scalar(c, QStringLiteral("select count(*) from arrivalsbody where "
-                                                "ARRIVALID = 1"))),
-                 qint64(2));
-    }
-
     void refusesOrphansAndDuplicates_data() {
         QTest::addColumn<QStringList>("setup");
         QTest::addColumn<QString>("refused");
@@ -141,94 +120,85 @@ private Q_SLOTS:
 
     void textSurvivesRoundTrip_data() {
         QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("column");
+        QTest::addColumn<QStringList>("columns");
         QTest::addColumn<QString>("where");
         QTest::addColumn<QString>("value");
-        struct Col {
-            const char* table;
-            const char* column;
-            const char* where;
-            bool isKey; // keys carry short values only
+        auto row = [](const char* table, QStringList columns, const char* where, QString value) {
+            QTest::addRow("%s %s", table, qPrintable(columns.join(u',')))
+                << table << columns << where << value;
         };
-        const Col cols[] = {
-            {"PContracts", "ContractMode", "ContractId = 1", false},
-            {"PContracts", "ModeOfPayment", "ContractId = 1", false},
-            {"PContracts", "OtherTerms", "ContractId = 1", false},
-            {"ArrivalsBody", "VehicleNo", "ArrivalId = 2", true},
-            {"ArrivalsBody", "VehicleNoText", "ArrivalId = 2", false},
-            {"ArrivalsBody", "DriverName", "ArrivalId = 2", false},
-            {"ArrivalsBody", "BiltyNo", "ArrivalId = 2", false},
-            {"DFCPayments", "ChallanNo", "PaymentId = 1", false},
-            {"AuthorityLetters", "PermitNo", "CenterId = 3", true},
-            {"DailyProduction", "Remarks", "ProcessId = 1", false},
-        };
-        for (const Col& col : cols) {
-            const QString name = QStringLiteral("%1.%2").arg(col.table, col.column);
-            QTest::addRow("%s", qPrintable(name))
-                << col.table << col.column << col.where << (col.isKey ? awkwardText() : longText());
-        }
+        row("PContracts", {"ContractMode", "ModeOfPayment", "OtherTerms"}, "ContractId = 1",
+            longText());
+        row("ArrivalsBody", {"VehicleNoText", "DriverName", "BiltyNo"}, "ArrivalId = 2",
+            longText());
+        row("DFCPayments", {"ChallanNo"}, "PaymentId = 1", longText());
+        row("DailyProduction", {"Remarks"}, "ProcessId = 1", longText());
+        // Keys carry short values only.
+        row("ArrivalsBody", {"VehicleNo"}, "ArrivalId = 2", awkwardText());
+        row("AuthorityLetters", {"PermitNo"}, "CenterId = 3", awkwardText());
     }
 
     void textSurvivesRoundTrip() {
         GM_REQUIRE_ENGINE();
         QFETCH(QString, table);
-        QFETCH(QString, column);
+        QFETCH(QStringList, columns);
         QFETCH(QString, where);
         QFETCH(QString, value);
         const Conn& c = docs();
         Transaction tx(c);
         // Table and column names come from the constant list above, never from data.
-        Query(c, QStringLiteral("UPDATE %1 SET %2 = ? WHERE %3").arg(table, column, where))
-            .bind(value)
-            .exec();
-        QCOMPARE(toText(scalar(
-                     c, QStringLiteral("SELECT %2 FROM %1 WHERE %3").arg(table, column, where))),
-                 value);
+        for (const QString& column : columns) {
+            Query(c, QStringLiteral("UPDATE %1 SET %2 = ? WHERE %3").arg(table, column, where))
+                .bind(value)
+                .exec();
+            QCOMPARE(
+                toText(scalar(
+                    c, QStringLiteral("SELECT %2 FROM %1 WHERE %3").arg(table, column, where))),
+                value);
+        }
     }
 
-    void reopeningIsNoOp() {
+    // Reopening runs no step twice and the routines belong to every connection; a database
+    // that a newer program has stepped further is refused, not stepped back.
+    void reopening() {
         GM_REQUIRE_ENGINE();
         auto first = test::freshMasterConn();
         const QString location = test::lastLocation();
-        const qint64 steps =
-            toInt(scalar(*first, QStringLiteral("SELECT COUNT(*) FROM SchemaVersion")));
+        const QString steps = QStringLiteral("SELECT COUNT(*) FROM SchemaVersion");
+        const qint64 stepsRun = toInt(scalar(*first, steps));
         QCOMPARE(storedSchemaVersion(*first), latestSchemaVersion());
         first.reset();
 
         QString error;
         auto again = Conn::open(location, &error);
         QVERIFY2(again, qPrintable(error));
-        QCOMPARE(toInt(scalar(*again, QStringLiteral("SELECT COUNT(*) FROM SchemaVersion"))),
-                 steps);
-        // The routines belong to every connection, not only to the one that made the schema.
+        QCOMPARE(toInt(scalar(*again, steps)), stepsRun);
         QCOMPARE(toText(scalar(*again, QStringLiteral("SELECT FunGetPartyName('6100002')"))),
                  QStringLiteral("Chaudhry Grain Traders-Sahiwal"));
+
+        const int newer = latestSchemaVersion() + 1;
+        execute(*again, QStringLiteral("INSERT INTO SchemaVersion (Version) VALUES (?)"), {newer});
+        QVERIFY(!Conn::open(location, &error));
+        QVERIFY2(error.contains(QStringLiteral("newer grainmill")), qPrintable(error));
+        QVERIFY(error.contains(QString::number(newer)));
+        QCOMPARE(storedSchemaVersion(*again), newer);
     }
 
+    // The sample mill, with whatever sample documents it carries, starts out consistent and
+    // never loads twice.
     void sampleMillLoadsOnlyIntoEmptyDatabase() {
         GM_REQUIRE_ENGINE();
         auto conn = test::freshSampleConn();
-        const qint64 parties = toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Parties")));
+        QCOMPARE(test::stockFault(*conn), QString());
+        const QString count = QStringLiteral("SELECT COUNT(*) FROM Parties");
+        const qint64 parties = toInt(scalar(*conn, count));
         QVERIFY(parties >= 12);
         QVERIFY_THROWS_EXCEPTION(DbError, loadSampleMill(*conn));
-        QCOMPARE(toInt(scalar(*conn, QStringLiteral("SELECT COUNT(*) FROM Parties"))), parties);
+        QCOMPARE(toInt(scalar(*conn, count)), parties);
     }
 
-    void newerSchemaIsRefused() {
-        GM_REQUIRE_ENGINE();
-        auto conn = test::freshConn();
-        const QString location = test::lastLocation();
-        execute(*conn, QStringLiteral("INSERT INTO SchemaVersion (Version) VALUES (?)"),
-                {latestSchemaVersion() + 1});
-        QString error;
-        auto refused = Conn::open(location, &error);
-        QVERIFY(!refused);
-        QVERIFY2(error.contains(QStringLiteral("newer grainmill")), qPrintable(error));
-        QVERIFY(error.contains(QString::number(latestSchemaVersion() + 1)));
-        // Nothing was stepped back or forward.
-        QCOMPARE(storedSchemaVersion(*conn), latestSchemaVersion() + 1);
-    }
-
+    // A folder, a file in the way and a refused server login are refused at the start of the
+    // program as well; these are the rest.
     void badLocationsGiveOneClearError_data() {
         QTest::addColumn<QString>("location");
         QTest::addColumn<QString>("says");
@@ -238,31 +208,17 @@ private Q_SLOTS:
             junk.write(QByteArray(4096, 'x'));
         junk.close();
         QTest::newRow("empty") << QString() << QStringLiteral("No database location");
-        QTest::newRow("folder") << dir.path() << QStringLiteral("folder");
         QTest::newRow("not a database") << junk.fileName() << QStringLiteral("Cannot open");
-        QTest::newRow("folder cannot be made")
-            << QStringLiteral("/proc/no/such/place/mill.sqlite") << QStringLiteral("Cannot open");
-        QTest::newRow("server url without host")
-            << QStringLiteral("postgresql:///mill") << QStringLiteral("postgresql://");
         QTest::newRow("nobody listening") << QStringLiteral("postgresql://mill@127.0.0.1:1/mill")
                                           << QStringLiteral("Cannot open");
-        const QString pg = qEnvironmentVariable("GRAINMILL_TEST_PG_URL");
-        if (!pg.isEmpty()) {
-            QUrl url(pg);
-            url.setUserName(QStringLiteral("gm_no_such_login"));
-            url.setPassword(QStringLiteral("wrong"));
-            QTest::newRow("refused login") << url.toString() << QStringLiteral("Cannot open");
-        }
     }
 
     void badLocationsGiveOneClearError() {
         QFETCH(QString, location);
         QFETCH(QString, says);
         QString error;
-        auto conn = Conn::open(location, &error);
-        QVERIFY(!conn);
+        QVERIFY(!Conn::open(location, &error));
         QVERIFY2(error.contains(says), qPrintable(error));
-        QVERIFY2(!error.contains(QStringLiteral("wrong")), "the password is shown");
     }
 };
 
