@@ -55,26 +55,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("key");
-        QTest::newRow("full name any case") << ""
-                                            << "barley"
-                                            << "Barley"
-                                            << "13";
-        QTest::newRow("unique prefix completes") << ""
-                                                 << "whe"
-                                                 << "Wheat"
-                                                 << "11";
-        QTest::newRow("shared prefix reverts to empty") << ""
-                                                        << "b"
-                                                        << ""
-                                                        << "";
-        QTest::newRow("no entry reverts to last entry") << "Bran"
-                                                        << "rye"
-                                                        << "Bran"
-                                                        << "14";
-        QTest::newRow("emptied stays empty") << "Bran"
-                                             << ""
-                                             << ""
-                                             << "";
+        const char* rows[][5] = {
+            {"full name any case", "", "barley", "Barley", "13"},
+            {"unique prefix completes", "", "whe", "Wheat", "11"},
+            {"shared prefix reverts to empty", "", "b", "", ""},
+            {"no entry reverts to last entry", "Bran", "rye", "Bran", "14"},
+            {"emptied stays empty", "Bran", "", "", ""},
+        };
+        for (const auto& r : rows)
+            QTest::newRow(r[0]) << QString(r[1]) << QString(r[2]) << QString(r[3]) << QString(r[4]);
     }
     void typingSettlesOnLeaving() {
         QFETCH(QString, before);

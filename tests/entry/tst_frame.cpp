@@ -155,16 +155,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("title");
         QTest::addColumn<int>("icon");
         const int q = int(QMessageBox::Question);
-        QTest::newRow("save") << int(Qt::Key_S) << "Are you sure to save this invoice?"
-                              << "Alert" << q;
-        QTest::newRow("clear invoice") << int(Qt::Key_L) << "Are U Sure To Clear This Invoice ?"
-                                       << "Confirmation" << int(QMessageBox::Warning);
-        QTest::newRow("clear contract") << int(Qt::Key_L) << "Are you sure to clear this invoice?"
-                                        << "Confirmation" << q;
-        QTest::newRow("clear others") << int(Qt::Key_L) << "Are you sure to clear the entries?"
-                                      << "Alert" << q;
-        QTest::newRow("close") << int(Qt::Key_Q) << "Are you sure to close without save?"
-                               << "Alert" << q;
+        const struct {
+            const char *row, *question, *title;
+            int key, icon;
+        } rows[] = {
+            {"save", "Are you sure to save this invoice?", "Alert", Qt::Key_S, q},
+            {"clear", "Are you sure to clear the entries?", "Alert", Qt::Key_L, q},
+            // A screen's own words for clearing.
+            {"clear invoice", "Are U Sure To Clear This Invoice ?", "Confirmation", Qt::Key_L,
+             int(QMessageBox::Warning)},
+            {"close", "Are you sure to close without save?", "Alert", Qt::Key_Q, q},
+        };
+        for (const auto& r : rows)
+            QTest::newRow(r.row) << r.key << QString(r.question) << QString(r.title) << r.icon;
     }
     void pendingChangeAsksFirst() {
         QFETCH(int, key);
@@ -172,7 +175,7 @@ private Q_SLOTS:
         QFETCH(QString, title);
         QFETCH(int, icon);
         ScreenTraits t = contractLike();
-        if (key == Qt::Key_L) {
+        if (QTest::currentDataTag() == QByteArray("clear invoice")) {
             t.clearQuestion = question;
             t.clearTitle = title;
             t.clearIcon = QMessageBox::Icon(icon);

@@ -69,17 +69,14 @@ private Q_SLOTS:
         QTest::addColumn<int>("column");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("refusal");
-        QTest::newRow("vehicle of 15") << int(Vehicle) << QString(15, QLatin1Char('V')) << "";
-        QTest::newRow("vehicle of 16") << int(Vehicle) << QString(16, QLatin1Char('V'))
-                                       << "Vehicle no must be less then 15 charactors.";
-        QTest::newRow("driver of 26") << int(Driver) << QString(26, QLatin1Char('d'))
-                                      << "Please provide a valid driver name.";
-        QTest::newRow("per bag at the top") << int(PerBag) << "99999"
-                                            << "";
-        QTest::newRow("per bag above") << int(PerBag) << "99999.5"
-                                       << "Please provide a valid per bag.";
-        QTest::newRow("per bag below") << int(PerBag) << "-1"
-                                       << "Please provide a valid per bag.";
+        const QString perBag = QStringLiteral("Please provide a valid per bag.");
+        QTest::newRow("screen's check") << int(Vehicle) << QString(16, QLatin1Char('V'))
+                                        << "Vehicle no must be less then 15 charactors.";
+        QTest::newRow("standard refusal") << int(Driver) << QString(26, QLatin1Char('d'))
+                                          << "Please provide a valid driver name.";
+        QTest::newRow("per bag at the top") << int(PerBag) << "99999" << QString();
+        QTest::newRow("per bag above") << int(PerBag) << "99999.5" << perBag;
+        QTest::newRow("per bag below") << int(PerBag) << "-1" << perBag;
     }
     void checksThroughTheModel() {
         QFETCH(int, column);
