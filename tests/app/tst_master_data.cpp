@@ -49,27 +49,23 @@ void insert(const Conn& c, const char* id, const QVariantMap& values) {
     MasterDataStore(c, def(id)).insert(row(def(id), values));
 }
 
+// A commodity that would be accepted, with the given fields changed.
+QVariantMap commodity(const char* id, const char* name, const QVariantMap& changes = {}) {
+    QVariantMap m{
+        {"CommodityId", id}, {"CommodityName", name}, {"RateUnitId", 2}, {"StockUnitId", 1}};
+    for (auto it = changes.begin(); it != changes.end(); ++it)
+        m[it.key()] = it.value();
+    return m;
+}
+
 // A small mill of our own, so the tests do not hang on the sample mill's contents.
 void seed(const Conn& c) {
     insert(c, "cities", {{"CityId", "1"}, {"CityName", "Multan"}});
     insert(c, "cities", {{"CityId", "2"}, {"CityName", "Okara"}});
     insert(c, "units", {{"UnitId", "1"}, {"UnitName", "Kg"}, {"WeightInKgs", "1"}});
     insert(c, "units", {{"UnitId", "2"}, {"UnitName", "Mound"}, {"WeightInKgs", "40"}});
-    insert(c, "bagtypes", {{"BagsTypeId", "1"}, {"BagsType", "Jute"}, {"BagCapacity", "0.75"}});
-    insert(c, "commodities",
-           {{"CommodityId", "1"},
-            {"CommodityName", "Wheat"},
-            {"RateUnitId", 2},
-            {"StockUnitId", 1},
-            {"DefaultBagsTypeID", 1},
-            {"IsPurchaseable", true},
-            {"IsWheatCommodity", true}});
-    insert(c, "commodities",
-           {{"CommodityId", "2"},
-            {"CommodityName", "Bran"},
-            {"RateUnitId", 2},
-            {"StockUnitId", 1},
-            {"SaleRate", "1500"}});
+    insert(c, "commodities", commodity("1", "Wheat"));
+    insert(c, "commodities", commodity("2", "Bran"));
     insert(c, "accounts", {{"AccountNo", "6"}, {"AccountName", "Creditors"}});
     insert(c, "parties",
            {{"AccountNo", "6001"},
@@ -107,19 +103,6 @@ private Q_SLOTS:
     void processComponents();
 };
 
-namespace {
-
-// A new commodity that would be accepted, with the given fields changed.
-QVariantMap maize(const QVariantMap& changes = {}) {
-    QVariantMap m{
-        {"CommodityId", "9"}, {"CommodityName", "Maize"}, {"RateUnitId", 2}, {"StockUnitId", 1}};
-    for (auto it = changes.begin(); it != changes.end(); ++it)
-        m[it.key()] = it.value();
-    return m;
-}
-
-} // namespace
-
 void TstMasterData::validationRefuses_data() {
     QTest::addColumn<QString>("list");
     QTest::addColumn<QVariantMap>("values");
@@ -133,7 +116,7 @@ void TstMasterData::validationRefuses_data() {
         << "cities" << QVariantMap{{"CityId", "9"}, {"CityName", "  "}} << "CityName"
         << "City must be filled in.";
     QTest::newRow("required lookup")
-        << "commodities" << maize({{"RateUnitId", QVariant()}}) << "RateUnitId"
+        << "commodities" << commodity("9", "Maize", {{"RateUnitId", QVariant()}}) << "RateUnitId"
         << "Rate unit must be filled in.";
     QTest::newRow("number with letters") << "units" << bagOf("40kg") << "WeightInKgs"
                                          << "Weight in kg must be a number.";
@@ -142,12 +125,13 @@ void TstMasterData::validationRefuses_data() {
     QTest::newRow("key not whole")
         << "cities" << QVariantMap{{"CityId", "2.5"}, {"CityName", "Sahiwal"}} << "CityId"
         << "City no. must be a whole number.";
-    QTest::newRow("negative rate") << "commodities" << maize({{"SaleRate", "-1"}}) << "SaleRate"
-                                   << "Sale rate cannot be below zero.";
+    QTest::newRow("negative rate")
+        << "commodities" << commodity("9", "Maize", {{"SaleRate", "-1"}}) << "SaleRate"
+        << "Sale rate cannot be below zero.";
     QTest::newRow("name taken, other case")
         << "cities" << QVariantMap{{"CityId", "9"}, {"CityName", "MULTAN"}} << "CityName"
         << "City \"MULTAN\" already exists.";
-    QTest::newRow("key taken") << "commodities" << maize({{"CommodityId", "1"}}) << "CommodityId"
+    QTest::newRow("key taken") << "commodities" << commodity("1", "Maize") << "CommodityId"
                                << "Commodity no. 1 is already used by another commodity.";
     QTest::newRow("party account taken")
         << "parties"
