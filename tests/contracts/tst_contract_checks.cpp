@@ -35,27 +35,26 @@ void TstContractChecks::firstObjectionWins_data() {
     QTest::addColumn<QString>("rate");
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("focus");
-    QTest::addColumn<qint64>("newId");
 
     const QString invalid = "Invalid purchase Id. A new Purchase has been automatically "
                             "generated. Please save again";
     const QString taken = "The Contract ID already exists. A new ID has been generated. Please "
                           "save your record again";
     // clang-format off
-    QTest::newRow("complete") << "7" << false << "Ali" << "Bashir" << "1" << "100" << "3500" << "" << "" << qint64(0);
-    QTest::newRow("no seller or broker comes before a 0 number") << "0" << false << "" << "" << "" << "0" << "0" << "Please select a broker and try again" << "CboBroker" << qint64(0);
-    QTest::newRow("0 number before the seller") << "0" << false << "" << "Bashir" << "" << "0" << "0" << invalid << "" << qint64(3);
-    QTest::newRow("letters read as 0") << "abc" << false << "Ali" << "" << "1" << "1" << "1" << invalid << "" << qint64(3);
-    QTest::newRow("negative number") << "-4" << false << "Ali" << "" << "1" << "1" << "1" << invalid << "" << qint64(3);
-    QTest::newRow("number taken meanwhile") << "2x" << false << "Ali" << "" << "" << "1" << "1" << taken << "" << qint64(3);
-    QTest::newRow("an opened contract keeps its number") << "2" << true << "Ali" << "" << "1" << "1" << "1" << "" << "" << qint64(0);
-    QTest::newRow("broker but no seller") << "7" << false << "" << "Bashir" << "" << "0" << "0" << "Please select a seller and try again" << "CboSeller" << qint64(0);
-    QTest::newRow("seller text no entry") << "7" << false << "Ali?" << "" << "1" << "1" << "1" << "Please select a seller and try again" << "CboSeller" << qint64(0);
-    QTest::newRow("unit judged by its key") << "7" << false << "Ali" << "" << "" << "0" << "0" << "Please select a valid Unit and try again" << "CboUnit" << qint64(0);
-    QTest::newRow("quantity 0 before rate") << "7" << false << "Ali" << "" << "1" << "0" << "0" << "Quantity must be greater than 0." << "TxtQuantity" << qint64(0);
-    QTest::newRow("quantity negative") << "7" << false << "Ali" << "" << "1" << "-3" << "5" << "Quantity must be greater than 0." << "TxtQuantity" << qint64(0);
-    QTest::newRow("rate 0") << "7" << false << "Ali" << "" << "1" << "5" << "0" << "Rate must be greater than 0" << "TxtRatePerUnit" << qint64(0);
-    QTest::newRow("rate negative") << "7" << false << "Ali" << "" << "1" << "5" << "-0.5" << "Rate must be greater than 0" << "TxtRatePerUnit" << qint64(0);
+    QTest::newRow("complete") << "7" << false << "Ali" << "Bashir" << "1" << "100" << "3500" << "" << "";
+    QTest::newRow("no seller or broker comes before a 0 number") << "0" << false << "" << "" << "" << "0" << "0" << "Please select a broker and try again" << "CboBroker";
+    QTest::newRow("0 number before the seller") << "0" << false << "" << "Bashir" << "" << "0" << "0" << invalid << "";
+    QTest::newRow("letters read as 0") << "abc" << false << "Ali" << "" << "1" << "1" << "1" << invalid << "";
+    QTest::newRow("negative number") << "-4" << false << "Ali" << "" << "1" << "1" << "1" << invalid << "";
+    QTest::newRow("number taken meanwhile") << "2x" << false << "Ali" << "" << "" << "1" << "1" << taken << "";
+    QTest::newRow("an opened contract keeps its number") << "2" << true << "Ali" << "" << "1" << "1" << "1" << "" << "";
+    QTest::newRow("broker but no seller") << "7" << false << "" << "Bashir" << "" << "0" << "0" << "Please select a seller and try again" << "CboSeller";
+    QTest::newRow("seller text no entry") << "7" << false << "Ali?" << "" << "1" << "1" << "1" << "Please select a seller and try again" << "CboSeller";
+    QTest::newRow("unit judged by its key") << "7" << false << "Ali" << "" << "" << "0" << "0" << "Please select a valid Unit and try again" << "CboUnit";
+    QTest::newRow("quantity 0 before rate") << "7" << false << "Ali" << "" << "1" << "0" << "0" << "Quantity must be greater than 0." << "TxtQuantity";
+    QTest::newRow("quantity negative") << "7" << false << "Ali" << "" << "1" << "-3" << "5" << "Quantity must be greater than 0." << "TxtQuantity";
+    QTest::newRow("rate 0") << "7" << false << "Ali" << "" << "1" << "5" << "0" << "Rate must be greater than 0" << "TxtRatePerUnit";
+    QTest::newRow("rate negative") << "7" << false << "Ali" << "" << "1" << "5" << "-0.5" << "Rate must be greater than 0" << "TxtRatePerUnit";
     // clang-format on
 }
 
@@ -69,7 +68,6 @@ void TstContractChecks::firstObjectionWins() {
     QFETCH(QString, rate);
     QFETCH(QString, message);
     QFETCH(QString, focus);
-    QFETCH(qint64, newId);
 
     ContractEntry e;
     e.contractIdText = id;
@@ -88,10 +86,12 @@ void TstContractChecks::firstObjectionWins() {
     QCOMPARE(check.ok, message.isEmpty());
     QCOMPARE(check.message, message);
     QCOMPARE(check.focusControl, focus);
-    QCOMPARE(check.newContractId.value_or(0), newId);
+    // Both number objections hand out the next free number, which the keys say is 3.
+    const bool renumbered = message.startsWith("Invalid purchase Id.") ||
+                            message.startsWith("The Contract ID already exists.");
+    QCOMPARE(check.newContractId.value_or(0), renumbered ? 3 : 0);
     // The invalid-number box alone has neither title nor icon.
-    const bool bare = message == QLatin1String("Invalid purchase Id. A new Purchase has been "
-                                               "automatically generated. Please save again");
+    const bool bare = message.startsWith("Invalid purchase Id.");
     if (!check.ok) {
         QCOMPARE(check.title, bare ? QString() : QStringLiteral("Alert"));
         QCOMPARE(check.icon, bare ? ContractCheck::Icon::None : ContractCheck::Icon::Exclamation);

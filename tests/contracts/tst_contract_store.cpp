@@ -108,22 +108,12 @@ void TstContractStore::savedLoadedAndPrinted() {
     const QString pdf = dir.filePath(QStringLiteral("contract.pdf"));
     QVERIFY(writeReportPdf(CrpPurchaseContract(*loaded, v), pdf));
     const QString text = test::pdfPages(pdf).join(' ').simplified();
-    const QStringList expected = {"PURCHASE CONTRACT",
-                                  "Pak Flour Mills",
-                                  "Okara Road, Renala Khurd",
-                                  extraLine.isEmpty() ? "Ph 044-2620011"
-                                                      : "Ph 044-2620011,Fax 044-2620012",
-                                  "14/03/2026",
-                                  "Haji Muhammad Aslam",
-                                  "Wheat Local",
-                                  "1200",
-                                  "3850.75",
-                                  "Mound (40)",
-                                  "20/03/2026",
-                                  "30/04/2026",
-                                  "To Pay",
-                                  "0.75",
-                                  "Moisture under 10%; seller's own bags"};
+    // clang-format off
+    const QStringList expected = {"PURCHASE CONTRACT", "Pak Flour Mills", "Okara Road, Renala Khurd",
+        extraLine.isEmpty() ? "Ph 044-2620011" : "Ph 044-2620011,Fax 044-2620012", "14/03/2026",
+        "Haji Muhammad Aslam", "Wheat Local", "1200", "3850.75", "Mound (40)", "20/03/2026",
+        "30/04/2026", "To Pay", "0.75", "Moisture under 10%; seller's own bags"};
+    // clang-format on
     for (const QString& s : expected)
         QVERIFY2(text.contains(s), qPrintable("missing \"" + s + "\" in: " + text));
     QCOMPARE(text.contains("Iqbal & Co Brokers"), withBroker);
