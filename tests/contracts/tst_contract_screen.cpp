@@ -114,10 +114,9 @@ class TstContractScreen : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void newContractTypedAndSaved();
+    void typedSavedAndRemoved();
     void refusedSavesKeepTheEntries();
     void openEditAndSave();
-    void removal();
 
 private:
     QWidget* showScreen();
@@ -146,11 +145,12 @@ QWidget* TstContractScreen::showScreen() {
     return screen && QTest::qWaitForWindowActive(screen) ? screen : nullptr;
 }
 
-void TstContractScreen::newContractTypedAndSaved() {
+void TstContractScreen::typedSavedAndRemoved() {
     GM_REQUIRE_ENGINE();
     QWidget* s = showScreen();
     QVERIFY(s);
-    const qint64 id = ContractStore(*m_conn).nextContractId();
+    ContractStore store(*m_conn);
+    const qint64 id = store.nextContractId();
     QCOMPARE(text(s, "TxtContractID"), QString::number(id));
     QVERIFY(!enabled(s, "BtnSave") && !enabled(s, "BtnPrint") && enabled(s, "BtnOpen"));
 
@@ -188,7 +188,7 @@ void TstContractScreen::newContractTypedAndSaved() {
         "Bags", 1200, 3850.75, true, true, QDate(2026, 3, 20), QDate(2026, 4, 30), "To Pay", 0.75,
         12, true, "Seller's bags; moisture < 10%", true, false};
     // clang-format on
-    QCOMPARE(ContractStore(*m_conn).load(id)->contract, expected);
+    QCOMPARE(store.load(id)->contract, expected);
 
     // Back to a new contract under the next number.
     QCOMPARE(text(s, "TxtContractID"), QString::number(id + 1));
@@ -196,6 +196,40 @@ void TstContractScreen::newContractTypedAndSaved() {
     QVERIFY(!enabled(s, "BtnSave"));
     QVERIFY(qobject_cast<QRadioButton*>(control(s, "OptPercenage"))->isChecked());
     QVERIFY(!qobject_cast<QCheckBox*>(control(s, "ChkWithBags"))->isChecked());
+
+    // Contract 1 is taken up by an arrival; the one just saved by nothing.
+    execute(*m_conn,
+            QStringLiteral("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId, "
+                           "ContractId, IsPosted) SELECT COALESCE(MAX(ArrivalId), 0) + 1, ?, 1, "
+                           "'6100001', 1, 0 FROM Arrivals"),
+            {QDate::currentDate()});
+    openContract(s, 1);
+    {
+        BoxAnswerer answers({Box::Yes, Box::Ok});
+        click(s, "BtnRemove");
+        QCOMPARE(answers.count(), 2);
+        QCOMPARE(answers.seen()[0].text, QStringLiteral("Are you sure to remove this contract?"));
+        QCOMPARE(answers.seen()[1].text,
+                 QStringLiteral("Cannot remove this invoice because it is used in (Arrivals) "
+                                "table"));
+    }
+    QVERIFY(store.exists(1));
+    QVERIFY(enabled(s, "BtnRemove"));
+
+    openContract(s, id);
+    {
+        BoxAnswerer answers(Box::No);
+        click(s, "BtnRemove");
+    }
+    QVERIFY(store.exists(id));
+    {
+        BoxAnswerer answers(Box::Yes);
+        click(s, "BtnRemove");
+        QCOMPARE(answers.count(), 1);
+    }
+    QVERIFY(!store.exists(id));
+    QVERIFY(!enabled(s, "BtnRemove"));
+    QCOMPARE(text(s, "TxtContractID"), QString::number(store.nextContractId()));
 }
 
 void TstContractScreen::refusedSavesKeepTheEntries() {
@@ -336,50 +370,6 @@ void TstContractScreen::openEditAndSave() {
     QCOMPARE(shown.letterhead.value(0), QStringLiteral("Pak Flour Mills"));
     QVERIFY(shown.field(QStringLiteral("SellerName"))->value.startsWith("Sheikh's Grain"));
     QCOMPARE(shown.field(QStringLiteral("BrokerName"))->value, QString());
-}
-
-void TstContractScreen::removal() {
-    GM_REQUIRE_ENGINE();
-    ContractStore store(*m_conn);
-    // Contract 1 is taken up by an arrival; a copy of it under a new number by nothing.
-    execute(*m_conn,
-            QStringLiteral("INSERT INTO Arrivals (ArrivalId, ArrivalDate, CommodityId, SellerId, "
-                           "ContractId, IsPosted) SELECT COALESCE(MAX(ArrivalId), 0) + 1, ?, 1, "
-                           "'6100001', 1, 0 FROM Arrivals"),
-            {QDate::currentDate()});
-    PurchaseContract unused = store.load(1)->contract;
-    unused.contractId = store.nextContractId();
-    QCOMPARE(store.insert(unused), ContractStore::InsertResult::Inserted);
-    QWidget* s = showScreen();
-    QVERIFY(s);
-
-    openContract(s, 1);
-    {
-        BoxAnswerer answers({Box::Yes, Box::Ok});
-        click(s, "BtnRemove");
-        QCOMPARE(answers.count(), 2);
-        QCOMPARE(answers.seen()[0].text, QStringLiteral("Are you sure to remove this contract?"));
-        QCOMPARE(answers.seen()[1].text,
-                 QStringLiteral("Cannot remove this invoice because it is used in (Arrivals) "
-                                "table"));
-    }
-    QVERIFY(store.exists(1));
-    QVERIFY(enabled(s, "BtnRemove"));
-
-    openContract(s, unused.contractId);
-    {
-        BoxAnswerer answers(Box::No);
-        click(s, "BtnRemove");
-    }
-    QVERIFY(store.exists(unused.contractId));
-    {
-        BoxAnswerer answers(Box::Yes);
-        click(s, "BtnRemove");
-        QCOMPARE(answers.count(), 1);
-    }
-    QVERIFY(!store.exists(unused.contractId));
-    QVERIFY(!enabled(s, "BtnRemove"));
-    QCOMPARE(text(s, "TxtContractID"), QString::number(store.nextContractId()));
 }
 
 QTEST_MAIN(TstContractScreen)
