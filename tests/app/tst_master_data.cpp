@@ -1,8 +1,8 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
-#include "entry/BoxAnswerer.h"
 #include "MasterDataEditor.h"
 #include "MasterDataStore.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QApplication>
@@ -287,7 +287,7 @@ void TstMasterData::editorByKeyboard() {
     QTest::keyClick(editor.view(), Qt::Key_Insert);
     QTest::keyClicks(name, QStringLiteral("okara"));
     {
-        test::BoxAnswerer box(QMessageBox::Ok);
+        test::Modals box(QMessageBox::Ok);
         QTest::keyClick(name, Qt::Key_Return);
         QTRY_COMPARE(box.count(), 1);
         QCOMPARE(box.last().text, QStringLiteral("City \"okara\" already exists."));
@@ -307,7 +307,7 @@ void TstMasterData::editorByKeyboard() {
     QTest::keyClicks(editor.view(), QStringLiteral("sahi"));
     QTest::keyClick(filter, Qt::Key_Down);
     {
-        test::BoxAnswerer box({QMessageBox::No, QMessageBox::Yes});
+        test::Modals box({QMessageBox::No, QMessageBox::Yes});
         QTest::keyClick(editor.view(), Qt::Key_Delete);
         QTRY_COMPARE(box.count(), 1);
         QCOMPARE(box.last().text, QStringLiteral("Delete the city \"Sahiwal\"?"));
@@ -322,7 +322,7 @@ void TstMasterData::editorByKeyboard() {
     filter->clear();
     QTest::keyClicks(editor.view(), QStringLiteral("mul"));
     QTest::keyClick(filter, Qt::Key_Down);
-    test::BoxAnswerer used({QMessageBox::Yes, QMessageBox::Ok});
+    test::Modals used({QMessageBox::Yes, QMessageBox::Ok});
     QTest::keyClick(editor.view(), Qt::Key_Delete);
     QTRY_COMPARE(used.count(), 2);
     QCOMPARE(used.seen()[0].text, QStringLiteral("Delete the city \"Multan\"?"));

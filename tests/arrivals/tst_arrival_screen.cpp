@@ -3,10 +3,10 @@
 #include "entry/Forms.h"
 #include "entry/LineGrid.h"
 #include "entry/LookupCombo.h"
-#include "Modals.h"
 #include "reports/Report.h"
 #include "search/Search.h"
 #include "services/Lookups.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QLineEdit>

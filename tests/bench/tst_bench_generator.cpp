@@ -1,11 +1,11 @@
 #include "../datastore/DocumentFixture.h"
-#include "../entry/BoxAnswerer.h"
 #include "Actions.h"
 #include "Generator.h"
 #include "Runner.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QtTest>
@@ -117,7 +117,7 @@ private Q_SLOTS:
         QVERIFY(subjects.arrivalToOpen > 0 && subjects.centre > 0 && !subjects.seller.isEmpty());
         const Context ctx = benchContext(*conn, subjects);
         // A screen tells a failed statement in a box; it is closed and counted, never waited on.
-        test::BoxAnswerer boxes(std::deque<QMessageBox::StandardButton>(100, QMessageBox::Ok));
+        test::Modals boxes;
         QWidget owner;
         ActionSet set(ctx, subjects, &owner);
         RunOptions once;
@@ -130,7 +130,7 @@ private Q_SLOTS:
             if (a.oldWay && !r.oldWay.ran)
                 failed << a.name + QStringLiteral(" (old way): ") + r.oldWay.error;
         }
-        for (const test::SeenBox& box : boxes.seen())
+        for (const test::Modals::Seen& box : boxes.seen())
             failed << QStringLiteral("box: ") + box.text;
         QVERIFY2(failed.isEmpty(), qPrintable(failed.join(QLatin1Char('\n'))));
         QCOMPARE(test::stockFault(*conn), QString());

@@ -1,12 +1,10 @@
-#include "../arrivals/Modals.h"
-
 #include "contracts/ContractStore.h"
 #include "contracts/FrmPurchaseContract.h"
 #include "datastore/Sql.h"
-#include "entry/BoxAnswerer.h"
 #include "entry/Forms.h"
 #include "entry/LookupCombo.h"
 #include "reports/Report.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QAbstractItemView>
@@ -18,7 +16,7 @@
 #include <QtTest>
 
 using namespace gm;
-using test::BoxAnswerer;
+using test::Modals;
 using Box = QMessageBox;
 
 namespace {
@@ -175,13 +173,15 @@ void TstContractScreen::typedSavedAndRemoved() {
         pressSpace(s, box);
     QVERIFY(enabled(s, "BtnSave") && !enabled(s, "BtnOpen"));
 
-    BoxAnswerer answers({Box::Yes, Box::No});
-    ctrl(s, Qt::Key_S);
-    QCOMPARE(answers.count(), 2);
-    QCOMPARE(answers.seen()[0].text, QStringLiteral("Are you sure to save this invoice?"));
-    QCOMPARE(answers.seen()[1].text, QStringLiteral("Do you want to print?"));
-    QCOMPARE(answers.seen()[1].title, QStringLiteral("Confirmation"));
-    QCOMPARE(answers.seen()[1].defaultButton, Box::No);
+    {
+        Modals answers({Box::Yes, Box::No});
+        ctrl(s, Qt::Key_S);
+        QCOMPARE(answers.count(), 2);
+        QCOMPARE(answers.seen()[0].text, QStringLiteral("Are you sure to save this invoice?"));
+        QCOMPARE(answers.seen()[1].text, QStringLiteral("Do you want to print?"));
+        QCOMPARE(answers.seen()[1].title, QStringLiteral("Confirmation"));
+        QCOMPARE(answers.seen()[1].defaultButton, Box::No);
+    }
 
     // clang-format off
     const PurchaseContract expected{id, QDate(2026, 3, 14), 3, "6300001", 2.5, true, "6100001", 2,
@@ -205,7 +205,7 @@ void TstContractScreen::typedSavedAndRemoved() {
             {QDate::currentDate()});
     openContract(s, 1);
     {
-        BoxAnswerer answers({Box::Yes, Box::Ok});
+        Modals answers({Box::Yes, Box::Ok});
         click(s, "BtnRemove");
         QCOMPARE(answers.count(), 2);
         QCOMPARE(answers.seen()[0].text, QStringLiteral("Are you sure to remove this contract?"));
@@ -218,12 +218,12 @@ void TstContractScreen::typedSavedAndRemoved() {
 
     openContract(s, id);
     {
-        BoxAnswerer answers(Box::No);
+        Modals answers(Box::No);
         click(s, "BtnRemove");
     }
     QVERIFY(store.exists(id));
     {
-        BoxAnswerer answers(Box::Yes);
+        Modals answers(Box::Yes);
         click(s, "BtnRemove");
         QCOMPARE(answers.count(), 1);
     }
@@ -247,7 +247,7 @@ void TstContractScreen::refusedSavesKeepTheEntries() {
 
     typeInto(s, "TxtQuantity", "0");
     {
-        BoxAnswerer answers(Box::Ok);
+        Modals answers(Box::Ok);
         click(s, "BtnSave");
         QCOMPARE(answers.last().text, QStringLiteral("Please select a broker and try again"));
         QCOMPARE(answers.last().icon, Box::Warning);
@@ -256,7 +256,7 @@ void TstContractScreen::refusedSavesKeepTheEntries() {
     typeShortContract(s, "Rana");
     typeInto(s, "TxtContractID", "0");
     {
-        BoxAnswerer answers(Box::Ok);
+        Modals answers(Box::Ok);
         click(s, "BtnSave");
         QVERIFY(answers.last().text.startsWith("Invalid purchase Id."));
         QCOMPARE(answers.last().title, QString());
@@ -271,14 +271,14 @@ void TstContractScreen::refusedSavesKeepTheEntries() {
     other.contractId = id;
     QCOMPARE(store.insert(other), ContractStore::InsertResult::Inserted);
     {
-        BoxAnswerer answers(Box::Ok);
+        Modals answers(Box::Ok);
         click(s, "BtnSave");
         QCOMPARE(answers.count(), 1);
         QVERIFY(answers.last().text.startsWith("The Contract ID already exists."));
     }
     QCOMPARE(text(s, "TxtContractID"), QString::number(id + 1));
     {
-        BoxAnswerer answers(Box::No);
+        Modals answers(Box::No);
         click(s, "BtnSave");
         QCOMPARE(answers.last().text, QStringLiteral("Do you want to print?"));
     }
@@ -289,7 +289,7 @@ void TstContractScreen::refusedSavesKeepTheEntries() {
     execute(*m_conn, QStringLiteral("DELETE FROM Parties WHERE PartyId = '6999999'"));
     execute(*m_conn, QStringLiteral("DELETE FROM ChartOfAccounts WHERE AccountNo = '6999999'"));
     {
-        BoxAnswerer answers(Box::Ok);
+        Modals answers(Box::Ok);
         click(s, "BtnSave");
         QCOMPARE(answers.count(), 1);
         QCOMPARE(answers.last().icon, Box::Critical);
@@ -310,7 +310,7 @@ void TstContractScreen::openEditAndSave() {
     // The seller list offers only brokers; the contract's seller is placed by key all the same.
     combo(s, "CboSellerType")->selectKey(QStringLiteral("3"));
     {
-        test::Modals search;
+        Modals search;
         search.window([](QWidget* w) {
             auto* filter = w->findChild<QLineEdit*>(QStringLiteral("TxtFilter"));
             if (!filter)
@@ -340,7 +340,7 @@ void TstContractScreen::openEditAndSave() {
     typeInto(s, "TxtQuantity", "2500");
     typeInto(s, "CboSeller", "Sheikh");
     {
-        BoxAnswerer answers({Box::Yes, Box::No});
+        Modals answers({Box::Yes, Box::No});
         ctrl(s, Qt::Key_S);
         QCOMPARE(answers.count(), 2);
     }
@@ -357,7 +357,7 @@ void TstContractScreen::openEditAndSave() {
     QCOMPARE(qobject_cast<QRadioButton*>(control(s, "OptPerBag"))->isChecked(),
              noBroker.isBrokeragePerBag);
 
-    test::Modals preview;
+    Modals preview;
     preview.window([](QWidget* w) {
         auto* viewer = qobject_cast<RptReportViewer*>(w);
         if (viewer)

@@ -1,13 +1,12 @@
-#include "BoxAnswerer.h"
-
 #include "datastore/Sql.h"
 #include "entry/Forms.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QtTest>
 
 using namespace gm;
-using gm::test::BoxAnswerer;
+using gm::test::Modals;
 
 namespace {
 
@@ -43,7 +42,7 @@ private Q_SLOTS:
     void noScreenBeforeTheConnection() {
         Forms forms;
         QVERIFY_THROWS_EXCEPTION(DbError, forms.context().db());
-        BoxAnswerer boxes(QMessageBox::Ok);
+        Modals boxes(QMessageBox::Ok);
         forms.PurchaseContractForm();
         QCOMPARE(boxes.count(), 1);
         QCOMPARE(boxes.last().title, QStringLiteral("grainmill"));
@@ -65,7 +64,7 @@ private Q_SLOTS:
         auto conn = gm::test::freshSampleConn();
         Forms forms;
         forms.InitializeClass(*conn);
-        BoxAnswerer unexpected(QMessageBox::Ok);
+        Modals unexpected(QMessageBox::Ok);
 
         (forms.*e.show)();
         QPointer<QWidget> first = forms.instance(e.screen);

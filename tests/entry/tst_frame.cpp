@@ -1,5 +1,3 @@
-#include "BoxAnswerer.h"
-
 #include "datastore/Sql.h"
 #include "entry/DocumentScreen.h"
 #include "entry/Fields.h"
@@ -7,6 +5,7 @@
 #include "entry/LookupCombo.h"
 #include "entry/Messages.h"
 #include "search/Search.h"
+#include "support/Modals.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -15,7 +14,7 @@
 #include <QtTest>
 
 using namespace gm;
-using gm::test::BoxAnswerer;
+using gm::test::Modals;
 
 namespace {
 
@@ -136,7 +135,7 @@ private Q_SLOTS:
         s->text->setText(QStringLiteral("kept?"));
         s->seller->setText(QStringLiteral("Akbar Traders-Okara"));
         focus(s->number);
-        BoxAnswerer boxes(QMessageBox::No);
+        Modals boxes(QMessageBox::No);
         QTest::keyClick(s->number, Qt::Key_S, Qt::ControlModifier);
         QTest::keyClick(s->number, Qt::Key_L, Qt::ControlModifier);
         QTest::qWait(50);
@@ -183,7 +182,7 @@ private Q_SLOTS:
         TestScreen* s = open(t);
         QTest::keyClicks(s->text, QStringLiteral("ab"));
         {
-            BoxAnswerer boxes(QMessageBox::No);
+            Modals boxes(QMessageBox::No);
             QTest::keyClick(s->text, Qt::Key(key), Qt::ControlModifier);
             QCOMPARE(boxes.count(), 1);
             QCOMPARE(boxes.last().text, question);
@@ -194,7 +193,7 @@ private Q_SLOTS:
             QCOMPARE(s->saves, 0);
             QVERIFY(s->isVisible());
         }
-        BoxAnswerer boxes(QMessageBox::Yes);
+        Modals boxes(QMessageBox::Yes);
         QTest::keyClick(s->text, Qt::Key(key), Qt::ControlModifier);
         QCOMPARE(boxes.count(), 1);
         if (key == Qt::Key_S)
@@ -340,7 +339,7 @@ private Q_SLOTS:
         TestScreen* s = open();
         s->failSave = true;
         s->SetScreenMode(2);
-        BoxAnswerer boxes(QMessageBox::Ok);
+        Modals boxes(QMessageBox::Ok);
         s->button(Button::Save)->click();
         QCOMPARE(boxes.count(), 1);
         QCOMPARE(boxes.last().text, QStringLiteral("The row could not be written."));
@@ -350,7 +349,7 @@ private Q_SLOTS:
     }
 
     void printQuestionDefaultsToNo() {
-        BoxAnswerer boxes(QMessageBox::Yes);
+        Modals boxes(QMessageBox::Yes);
         QVERIFY(msg::askPrint(nullptr));
         QCOMPARE(boxes.last().text, QStringLiteral("Do you want to print?"));
         QCOMPARE(boxes.last().title, QStringLiteral("Confirmation"));

@@ -1,11 +1,10 @@
-#include "BoxAnswerer.h"
-
 #include "entry/LineGrid.h"
+#include "support/Modals.h"
 
 #include <QtTest>
 
 using namespace gm;
-using gm::test::BoxAnswerer;
+using gm::test::Modals;
 
 namespace {
 
@@ -141,7 +140,7 @@ private Q_SLOTS:
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("00000"));
         QWidget* editor = QApplication::focusWidget();
         {
-            BoxAnswerer boxes(QMessageBox::Ok);
+            Modals boxes(QMessageBox::Ok);
             QTest::keyClick(editor, Qt::Key_Return);
             QCOMPARE(boxes.count(), 1);
             QCOMPARE(boxes.last().text, QStringLiteral("Please provide a valid per bag."));

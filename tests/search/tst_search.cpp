@@ -1,4 +1,4 @@
-#include "../entry/BoxAnswerer.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include "datastore/Sql.h"
@@ -22,7 +22,7 @@
 #include <memory>
 
 using namespace gm;
-using gm::test::BoxAnswerer;
+using gm::test::Modals;
 
 namespace {
 
@@ -605,8 +605,8 @@ private Q_SLOTS:
     void failedQueryShowsErrorBoxAndEmptiesList() {
         // A statement that fails on the server: its table is gone (so this test runs last).
         QVERIFY(QSqlQuery(m_conn->db()).exec("DROP TABLE HProductionBody"));
-        // One box is expected; a second is answered too, so that it fails the count, not hangs.
-        BoxAnswerer boxes(std::deque{QMessageBox::Ok, QMessageBox::Ok});
+        // One box is expected; a second is dismissed too, so that it fails the count, not hangs.
+        Modals boxes(QMessageBox::Ok);
         SchHProduction h(m_ctx);
         QCOMPARE(boxes.count(), 1);
         QCOMPARE(h.rowCount(), 0);

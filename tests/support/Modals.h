@@ -2,8 +2,10 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QList>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 
 #include <deque>
@@ -19,7 +21,9 @@ public:
     struct Seen {
         QString text;
         QString title;
-        QMessageBox::Icon icon;
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        QMessageBox::StandardButtons buttons;
+        QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
     };
     using Step = std::function<bool(QWidget*)>;
 
@@ -28,6 +32,11 @@ public:
         QObject::connect(&m_timer, &QTimer::timeout, [this] { poll(); });
         m_timer.start();
     }
+    explicit Modals(const QList<QMessageBox::StandardButton>& answers) : Modals() {
+        for (QMessageBox::StandardButton button : answers)
+            answer(button);
+    }
+    explicit Modals(QMessageBox::StandardButton button) : Modals() { answer(button); }
 
     Modals& answer(QMessageBox::StandardButton button) {
         m_steps.push_back([this, button](QWidget* w) {
@@ -49,6 +58,12 @@ public:
     }
 
     const QList<Seen>& seen() const { return m_seen; }
+    int count() const { return int(m_seen.size()); }
+    // With no box seen, an empty record, so the test fails on a comparison, not a crash.
+    const Seen& last() const {
+        static const Seen none;
+        return m_seen.isEmpty() ? none : m_seen.back();
+    }
     QStringList texts() const {
         QStringList out;
         for (const Seen& s : m_seen)
@@ -58,7 +73,16 @@ public:
     bool done() const { return m_steps.empty(); }
 
 private:
-    void note(QMessageBox* box) { m_seen.append({box->text(), box->windowTitle(), box->icon()}); }
+    void note(QMessageBox* box) {
+        Seen s;
+        s.text = box->text();
+        s.title = box->windowTitle();
+        s.icon = box->icon();
+        s.buttons = box->standardButtons();
+        if (QPushButton* def = box->defaultButton())
+            s.defaultButton = box->standardButton(def);
+        m_seen.append(s);
+    }
     void poll() {
         QWidget* w = QApplication::activeModalWidget();
         if (!w || w == m_last || !w->isVisible())
