@@ -5,6 +5,7 @@
 #include "MainWindow.h"
 #include "MasterDataEditor.h"
 #include "Startup.h"
+#include "support/Modals.h"
 #include "support/TestDb.h"
 
 #include <QAction>
@@ -17,7 +18,6 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 #include <QUrl>
 
@@ -25,20 +25,6 @@ using namespace gm;
 using namespace gm::host;
 
 namespace {
-
-// Runs `act` on the next modal dialog that comes up, once.
-void onNextDialog(std::function<void(QDialog*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        timer->deleteLater();
-        act(dialog);
-    });
-    timer->start();
-}
 
 // A location of the engine under test for a database that does not hold anything yet.
 QString emptyLocation(const QTemporaryDir& dir, std::unique_ptr<Conn>* keep) {
@@ -222,22 +208,25 @@ void TstHostStart::failedStartOffersAnotherDatabase() {
     options.location = dir.path(); // a folder
     const QString good = dir.filePath(QStringLiteral("other.sqlite"));
     QString problem;
-    onNextDialog([&](QDialog* dialog) {
-        problem = dialog->findChild<QLabel*>(QStringLiteral("LblProblem"))->text();
-        dialog->findChild<QLineEdit*>(QStringLiteral("TxtFile"))->setText(good);
-        dialog->findChild<QPushButton*>(QStringLiteral("BtnOpen"))->click();
-    });
+    // Then Quit in the same dialog ends the next start without a database.
+    test::Modals dialogs;
+    dialogs
+        .window([&](QWidget* dialog) {
+            problem = dialog->findChild<QLabel*>(QStringLiteral("LblProblem"))->text();
+            dialog->findChild<QLineEdit*>(QStringLiteral("TxtFile"))->setText(good);
+            dialog->findChild<QPushButton*>(QStringLiteral("BtnOpen"))->click();
+            return true;
+        })
+        .window([](QWidget* dialog) {
+            dialog->findChild<QPushButton*>(QStringLiteral("BtnQuit"))->click();
+            return true;
+        });
     auto conn = openAtStart(options, config, true);
     QVERIFY(conn);
     QVERIFY(problem.contains(QStringLiteral("folder")));
     QCOMPARE(conn->location().path, good);
     QCOMPARE(config.lastLocation(), good);
-
-    // Quit in the dialog ends the start without a database.
     conn.reset();
-    onNextDialog([](QDialog* dialog) {
-        dialog->findChild<QPushButton*>(QStringLiteral("BtnQuit"))->click();
-    });
     QVERIFY(!openAtStart(options, config, true));
 }
 
@@ -278,13 +267,16 @@ void TstHostStart::settingsDialogReachesTheScreens() {
     HostConfig config(dir.filePath(QStringLiteral("host.ini")));
     MainWindow window(config, test::freshSampleConn(), 1);
     window.show();
-    onNextDialog([](QDialog* dialog) {
+    test::Modals dialogs;
+    dialogs.window([](QWidget* w) {
+        auto* dialog = qobject_cast<QDialog*>(w);
         auto* line1 = dialog->findChild<QLineEdit*>(QStringLiteral("TxtHeaderLine1"));
         line1->selectAll();
         QTest::keyClicks(line1, QStringLiteral("Crescent Mills"));
         auto* extra = dialog->findChild<QLineEdit*>(QStringLiteral("TxtHeaderLine3Extra"));
         QTest::keyClicks(extra, QStringLiteral("Fax 042-7654321"));
         dialog->accept();
+        return true;
     });
     window.editSettings();
     // The screens read the settings through the host's object at the moment they print.

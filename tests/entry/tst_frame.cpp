@@ -3,7 +3,6 @@
 #include "entry/Fields.h"
 #include "entry/LineGrid.h"
 #include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "search/Search.h"
 #include "support/Modals.h"
 
@@ -306,12 +305,11 @@ private Q_SLOTS:
         focus(s->check);
         QTest::keyClick(s->check, Qt::Key_F5);
         QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
-    }
 
-    void ctrlOpenOnlyWhereTheScreenHasIt() {
-        ScreenTraits t = contractLike();
+        // Ctrl+O opens only where the screen has it.
+        t = contractLike();
         t.ctrlOpens = false;
-        TestScreen* s = open(t);
+        s = open(t);
         QTest::keyClick(s->text, Qt::Key_O, Qt::ControlModifier);
         QCOMPARE(s->opens, 0);
     }
@@ -346,14 +344,6 @@ private Q_SLOTS:
         QCOMPARE(boxes.last().title, QStringLiteral("Microsoft OLE DB"));
         QCOMPARE(boxes.last().icon, QMessageBox::Critical);
         QCOMPARE(boxes.last().buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    }
-
-    void printQuestionDefaultsToNo() {
-        Modals boxes(QMessageBox::Yes);
-        QVERIFY(msg::askPrint(nullptr));
-        QCOMPARE(boxes.last().text, QStringLiteral("Do you want to print?"));
-        QCOMPARE(boxes.last().title, QStringLiteral("Confirmation"));
-        QCOMPARE(boxes.last().defaultButton, QMessageBox::No);
     }
 };
 

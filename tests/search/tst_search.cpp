@@ -11,12 +11,10 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -26,30 +24,17 @@ using gm::test::Modals;
 
 namespace {
 
-// Runs `action` on the modal dialog named `name` as soon as it is up.
-void onModal(const QString& name, std::function<void(QWidget*)> action) {
-    auto* timer = new QTimer(qApp);
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, [timer, name, action] {
-        QWidget* w = QApplication::activeModalWidget();
-        if (!w || w->objectName() != name)
-            return;
-        timer->stop();
-        timer->deleteLater();
+// A step for Modals: `action` on the dialog named `name`, once it is up and active.
+Modals::Step on(const QString& name, std::function<void(QWidget*)> action) {
+    return [name, action](QWidget* w) {
+        if (w->objectName() != name)
+            return false;
         w->activateWindow();
         if (!QTest::qWaitForWindowActive(w))
             qWarning("dialog %s did not become active", qPrintable(name));
         action(w);
-        // A dialog the action failed to close would hang the test: close it and say so.
-        QPointer<QDialog> dialog = qobject_cast<QDialog*>(w);
-        QTimer::singleShot(3000, qApp, [dialog] {
-            if (dialog && dialog->isVisible()) {
-                qWarning("dialog %s was left open", qPrintable(dialog->objectName()));
-                dialog->reject();
-            }
-        });
-    });
-    timer->start();
+        return true;
+    };
 }
 
 template <class T> T* child(QWidget* w, const char* name) {
@@ -212,7 +197,8 @@ private Q_SLOTS:
         QFETCH(int, expected);
         QWidget owner;
         bool stayedOpen = false;
-        onModal("SchArrivals", [&](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchArrivals", [&](QWidget* w) {
             auto* grid = child<QTableView>(w, "GrdSch");
             grid->setCurrentIndex(grid->model()->index(1, 0));
             const QRect cell = grid->visualRect(grid->model()->index(1, 1));
@@ -250,7 +236,7 @@ private Q_SLOTS:
                 stayedOpen = w->isVisible();
                 child<QPushButton>(w, "BtnClose")->click();
             }
-        });
+        }));
         QCOMPARE(showArrivalSearch(&owner, m_ctx), expected);
         if (how == "gridShiftEnter" || how == "idEnter" || how == "emptySelect")
             QVERIFY(stayedOpen);
@@ -361,11 +347,12 @@ private Q_SLOTS:
 
         // Chosen, the first row hands back its invoice and its seller.
         QWidget owner;
-        onModal("SchPurchase", [&](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchPurchase", [&](QWidget* w) {
             QTest::keyClicks(child<QLineEdit>(w, "TxtFilter"), name);
             QTest::keyClicks(child<QLineEdit>(w, "TxtFilterId"), id);
             child<QPushButton>(w, "BtnSelect")->click();
-        });
+        }));
         int seller = -1;
         const int key = showPurchaseSearch(&owner, m_ctx, &seller);
         QCOMPARE(QString::number(key), rows[0].section(' ', 0, 0));
@@ -382,11 +369,12 @@ private Q_SLOTS:
                                                        "1 Bashir Broker Ali Traders 1250.5Bags"}));
 
         QWidget owner;
-        onModal("SchPurchaseContract", [](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchPurchaseContract", [](QWidget* w) {
             auto* grid = child<QTableView>(w, "GrdSch");
             QCOMPARE(grid->currentIndex().row(), 0);
             QTest::keyClick(grid, Qt::Key_Return);
-        });
+        }));
         QCOMPARE(showContractSearch(&owner, m_ctx), 2);
     }
 
@@ -535,10 +523,11 @@ private Q_SLOTS:
         exec("INSERT INTO HProductionBody (SerialNo, CommodityId) VALUES (5, 1)", {});
         QWidget owner;
         QString when;
-        onModal("SchHProduction", [&](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchHProduction", [&](QWidget* w) {
             when = static_cast<SchHProduction*>(w)->cellText(0, 1);
             QTest::keyClick(child<QTableView>(w, "GrdSch"), Qt::Key_Return, Qt::ShiftModifier);
-        });
+        }));
         QCOMPARE(showHProductionSearch(&owner, m_ctx), 5);
         QCOMPARE(when, today().toString("dd/MM/yyyy") + QStringLiteral(" 02 PM"));
     }
@@ -548,7 +537,8 @@ private Q_SLOTS:
         QWidget owner;
         QStringList all, narrowed;
         bool stayedOpen = false;
-        onModal("SchParty", [&](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchParty", [&](QWidget* w) {
             const auto& s = *static_cast<SchParty*>(w);
             all = rowsOf(s, {0});
             auto* filter = child<QLineEdit>(w, "TxtFilter");
@@ -558,7 +548,7 @@ private Q_SLOTS:
             child<QPushButton>(w, "CmdSelect")->click();
             stayedOpen = w->isVisible() && s.rowCount() == 0;
             child<QPushButton>(w, "CmdClose")->click();
-        });
+        }));
         QVERIFY(showPartySearch(&owner, m_ctx).isEmpty());
         QCOMPARE(all, QStringList({"6001", "6002", "6003"}));
         QCOMPARE(narrowed, QStringList{"6002 O'Brien Grain"});
@@ -581,7 +571,8 @@ private Q_SLOTS:
         QFETCH(QString, expectedId);
         QWidget owner;
         bool stayedOpen = false;
-        onModal("SchParty", [&](QWidget* w) {
+        Modals dialog;
+        dialog.window(on("SchParty", [&](QWidget* w) {
             auto* id = child<QLineEdit>(w, "TxtFilterId");
             QTest::keyClicks(id, typed);
             // Enter and Esc do nothing on this screen.
@@ -592,7 +583,7 @@ private Q_SLOTS:
             QTest::keyClick(id, Qt::Key_Down);
             QVERIFY(child<QTableView>(w, "Grid")->hasFocus());
             child<QPushButton>(w, "CmdSelect")->click();
-        });
+        }));
         const PartyChoice choice = showPartySearch(&owner, m_ctx);
         QVERIFY(stayedOpen);
         QCOMPARE(choice.SelectedPartyId, expectedId);
