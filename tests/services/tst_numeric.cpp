@@ -56,16 +56,12 @@ private Q_SLOTS:
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("plain");
         QTest::addColumn<QString>("fixed");
-        QTest::newRow("whole") << 2700.0 << "2700"
-                               << "2700.00";
-        QTest::newRow("fraction") << 12.5 << "12.5"
-                                  << "12.50";
-        QTest::newRow("tiny") << 1e-9 << "0"
-                              << "0.00";
-        QTest::newRow("large, no separator") << 1234567.25 << "1234567.25"
-                                             << "1234567.25";
-        QTest::newRow("negative zero") << -0.0 << "0"
-                                       << "0.00";
+        QTest::newRow("whole") << 2700.0 << QStringLiteral("2700") << "2700.00";
+        QTest::newRow("fraction") << 12.5 << QStringLiteral("12.5") << "12.50";
+        QTest::newRow("tiny") << 1e-9 << QStringLiteral("0") << "0.00";
+        QTest::newRow("large, no separator")
+            << 1234567.25 << QStringLiteral("1234567.25") << "1234567.25";
+        QTest::newRow("negative zero") << -0.0 << QStringLiteral("0") << "0.00";
     }
 
     void formatting() {
