@@ -43,13 +43,6 @@ std::unique_ptr<Conn> fixture() {
     });
 }
 
-DocumentKey keyOf(const QStringList& columns, const QVariantList& values) {
-    DocumentKey key;
-    for (int i = 0; i < columns.size(); ++i)
-        key.push_back({columns[i], values.value(i)});
-    return key;
-}
-
 } // namespace
 
 class TestReferentialGuard : public QObject {
@@ -62,54 +55,48 @@ private Q_SLOTS:
 
     void findsReferences_data() {
         QTest::addColumn<QString>("table");
-        QTest::addColumn<QStringList>("columns");
-        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<DocumentKey>("key");
         QTest::addColumn<QStringList>("exclusions");
         QTest::addColumn<QString>("expected");
 
-        const QStringList contract{"ContractId"};
+        const auto day = [](QDate date, int process) {
+            return DocumentKey{{"ProductionDate", date}, {"ProcessId", process}};
+        };
         // Named as the schema spells it, past an excluded user named in another case.
         QTest::newRow("table and exclusions in any case")
-            << "pcontracts" << contract << QVariantList{5} << QStringList{"ARRIVALS"}
+            << "pcontracts" << DocumentKey{{"ContractId", 5}} << QStringList{"ARRIVALS"}
             << "Purchases";
         QTest::newRow("exclusions covering every user")
-            << "PContracts" << contract << QVariantList{5}
+            << "PContracts" << DocumentKey{{"ContractId", 5}}
             << QStringList{"Arrivals", " purchases", "GuardNotes"} << "";
         QTest::newRow("key column under another name")
-            << "PContracts" << contract << QVariantList{7} << QStringList{} << "GuardNotes";
+            << "PContracts" << DocumentKey{{"ContractId", 7}} << QStringList{} << "GuardNotes";
         QTest::newRow("key column spelt in another case")
-            << "PContracts" << QStringList{"contractID"} << QVariantList{7} << QStringList{}
-            << "GuardNotes";
+            << "PContracts" << DocumentKey{{"contractID", 7}} << QStringList{} << "GuardNotes";
         QTest::newRow("table known only by a quoted mixed-case name")
-            << "GuardNotes" << QStringList{"NoteId"} << QVariantList{1} << QStringList{} << "";
-        QTest::newRow("invoiced arrival")
-            << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{1}
-            << QStringList{"ArrivalsBody"} << "PurchaseBody";
+            << "GuardNotes" << DocumentKey{{"NoteId", 1}} << QStringList{} << "";
+        QTest::newRow("invoiced arrival") << "Arrivals" << DocumentKey{{"ArrivalId", 1}}
+                                          << QStringList{"ArrivalsBody"} << "PurchaseBody";
         QTest::newRow("arrival not invoiced")
-            << "Arrivals" << QStringList{"ArrivalId"} << QVariantList{2}
-            << QStringList{"ArrivalsBody"} << "";
+            << "Arrivals" << DocumentKey{{"ArrivalId", 2}} << QStringList{"ArrivalsBody"} << "";
         QTest::newRow("quote in a text key is data")
-            << "ChartOfAccounts" << QStringList{"AccountNo"} << QVariantList{"6'01"}
-            << QStringList{} << "Parties";
-        const QStringList day{"ProductionDate", "ProcessId"};
+            << "ChartOfAccounts" << DocumentKey{{"AccountNo", "6'01"}} << QStringList{}
+            << "Parties";
         QTest::newRow("production day with lines")
-            << "DailyProduction" << day << QVariantList{kDayWithLines, 1} << QStringList{}
-            << "Consumption";
+            << "DailyProduction" << day(kDayWithLines, 1) << QStringList{} << "Consumption";
         QTest::newRow("production day without lines")
-            << "DailyProduction" << day << QVariantList{kDayWithout, 1} << QStringList{} << "";
+            << "DailyProduction" << day(kDayWithout, 1) << QStringList{} << "";
         QTest::newRow("same day, other process")
-            << "DailyProduction" << day << QVariantList{kDayWithLines, 2} << QStringList{} << "";
+            << "DailyProduction" << day(kDayWithLines, 2) << QStringList{} << "";
     }
 
     void findsReferences() {
         GM_REQUIRE_ENGINE();
         QFETCH(QString, table);
-        QFETCH(QStringList, columns);
-        QFETCH(QVariantList, values);
+        QFETCH(DocumentKey, key);
         QFETCH(QStringList, exclusions);
         QFETCH(QString, expected);
-        QCOMPARE(FindReferencingTable(*m_conn, table, keyOf(columns, values), exclusions),
-                 expected);
+        QCOMPARE(FindReferencingTable(*m_conn, table, key, exclusions), expected);
     }
 
     void seesTheOpenTransaction() {
@@ -126,24 +113,21 @@ private Q_SLOTS:
 
     void failsClosed_data() {
         QTest::addColumn<QString>("table");
-        QTest::addColumn<QStringList>("columns");
-        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<DocumentKey>("key");
         // A guard that cannot look must not let a removal through as if nothing were there.
-        QTest::newRow("unknown table") << "NoSuchTable" << QStringList{"Id"} << QVariantList{1};
+        QTest::newRow("unknown table") << "NoSuchTable" << DocumentKey{{"Id", 1}};
         QTest::newRow("key column the users lack")
-            << "PContracts" << QStringList{"NoSuchColumn"} << QVariantList{5};
-        QTest::newRow("no key at all") << "PContracts" << QStringList{} << QVariantList{};
-        QTest::newRow("name that is not a name") << "PContracts\"; DROP TABLE Arrivals; --"
-                                                 << QStringList{"ContractId"} << QVariantList{5};
+            << "PContracts" << DocumentKey{{"NoSuchColumn", 5}};
+        QTest::newRow("no key at all") << "PContracts" << DocumentKey{};
+        QTest::newRow("name that is not a name")
+            << "PContracts\"; DROP TABLE Arrivals; --" << DocumentKey{{"ContractId", 5}};
     }
 
     void failsClosed() {
         GM_REQUIRE_ENGINE();
         QFETCH(QString, table);
-        QFETCH(QStringList, columns);
-        QFETCH(QVariantList, values);
-        QVERIFY_THROWS_EXCEPTION(DbError,
-                                 FindReferencingTable(*m_conn, table, keyOf(columns, values)));
+        QFETCH(DocumentKey, key);
+        QVERIFY_THROWS_EXCEPTION(DbError, FindReferencingTable(*m_conn, table, key));
         QCOMPARE(toInt(scalar(*m_conn, "SELECT COUNT(*) FROM Arrivals")), qint64(2));
     }
 };
