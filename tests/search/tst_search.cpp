@@ -424,10 +424,8 @@ private Q_SLOTS:
 
     void hourlyPagesKeepASerialWhole() {
         const QStringList all = hourlyOverPages();
+        // The first page, serials 1 to 4 with serial 3 on two rows, is the find test's empty row.
         SchHProduction s(m_ctx, nullptr, 4);
-        // Serials 1 to 4, serial 3 on two rows.
-        QCOMPARE(shown(s), all.mid(0, 5));
-        QCOMPARE(s.currentRow(), 0);
         QAbstractItemModel* model = child<QTableView>(&s, "GrdSch")->model();
         QStringList pages{shown(s).join(',')};
         while (model->canFetchMore({})) {
