@@ -91,12 +91,27 @@ void ctrl(QWidget* screen, Qt::Key key) {
     QTest::keyClick(target, key, Qt::ControlModifier);
 }
 
+// Runs the action, answering the boxes it opens in turn; what they showed.
+QList<Modals::Seen> answering(const QList<QMessageBox::StandardButton>& answers,
+                              const std::function<void()>& action) {
+    Modals m(answers);
+    action();
+    (void)QTest::qWaitFor([&m] { return m.done(); });
+    return m.seen();
+}
+
+QStringList textsOf(const QList<Modals::Seen>& seen) {
+    QStringList out;
+    for (const Modals::Seen& s : seen)
+        out << s.text;
+    return out;
+}
+
 // Saves with Ctrl+S, answering the save question Yes and the print question No.
 bool saveByKeys(QWidget* screen) {
-    Modals m;
-    m.answer(QMessageBox::Yes).answer(QMessageBox::No);
-    ctrl(screen, Qt::Key_S);
-    return QTest::qWaitFor([&m] { return m.done(); });
+    return textsOf(answering({QMessageBox::Yes, QMessageBox::No}, [screen] {
+               ctrl(screen, Qt::Key_S);
+           })) == QStringList({"Are you sure to save this invoice?", "Do you want to print?"});
 }
 
 // A seller and a commodity of a free arrival, and one vehicle of ten bags.
@@ -261,26 +276,19 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     typeCell(grid, 0, ColClass, QStringLiteral("New"));
     // Over the quota the clerk is told, then asked: No empties the cell, Yes keeps it.
     for (const auto keep : {QMessageBox::No, QMessageBox::Yes}) {
-        Modals m;
-        m.answer(QMessageBox::Ok).answer(keep);
-        typeCell(grid, 0, ColQty, QStringLiteral("601"));
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts(), QStringList({kQuotaNotice, kQuotaQuestion}));
-        QCOMPARE(m.seen().at(1).icon, QMessageBox::Information);
+        const auto seen = answering({QMessageBox::Ok, keep},
+                                    [grid] { typeCell(grid, 0, ColQty, QStringLiteral("601")); });
+        QCOMPARE(textsOf(seen), QStringList({kQuotaNotice, kQuotaQuestion}));
+        QCOMPARE(seen.at(1).icon, QMessageBox::Information);
         QCOMPARE(lines->cellText(0, ColQty), keep == QMessageBox::Yes ? "601" : QString());
         if (keep == QMessageBox::No)
             escapeCell(grid, "TxtQty");
     }
-    {
-        Modals m;
-        m.answer(QMessageBox::Ok);
-        typeCell(grid, 0, ColBags, QStringLiteral("60001"));
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts(),
-                 QStringList({"Weight must be greator then 0 and less then remaining Weight."}));
-        QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
-        escapeCell(grid, "TxtBags");
-    }
+    QCOMPARE(textsOf(answering({QMessageBox::Ok},
+                               [grid] { typeCell(grid, 0, ColBags, QStringLiteral("60001")); })),
+             QStringList({"Weight must be greator then 0 and less then remaining Weight."}));
+    QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
+    escapeCell(grid, "TxtBags");
     QVERIFY(saveByKeys(s));
     QCOMPARE(valueOf(*m_conn,
                      "SELECT SellerId || ' ' || PermitNo || ' ' || CAST(CenterId AS VARCHAR(10)) "
@@ -329,13 +337,10 @@ void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {
         QTRY_VERIFY(m.done());
     }
     QCOMPARE(textOf(s, "TxtArrivalID"), QString::number(id));
-    {
-        Modals m;
-        m.answer(QMessageBox::Yes);
-        QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton);
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts(), QStringList({"Are you sure to remove this arrival?"}));
-    }
+    QCOMPARE(
+        textsOf(answering({QMessageBox::Yes},
+                          [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); })),
+        QStringList({"Are you sure to remove this arrival?"}));
     QVERIFY(!store.exists(id));
     QCOMPARE(stockWeight(*m_conn, kWheatLocal), before);
     QVERIFY(!s->button(Button::Remove)->isEnabled());
@@ -347,23 +352,17 @@ void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {
         1 + toInt(scalar(*m_conn, "SELECT COALESCE(MAX(PurchaseId), 0) FROM Purchases"));
     invoiceVehicle(*m_conn, purchase, id, QStringLiteral("I-1"), kWheatLocal);
     s->setArrivalSearch([id](QWidget*) { return id; });
-    {
-        Modals m;
-        m.answer(QMessageBox::Ok);
-        ctrl(s, Qt::Key_O);
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts(), QStringList({QStringLiteral("This arrival is not editable because it "
-                                                        "has been used in Purchase Invoice No.(") +
-                                         QString::number(purchase) + QLatin1Char(')')}));
-        QCOMPARE(m.seen().at(0).icon, QMessageBox::Warning);
-    }
+    const auto warning = answering({QMessageBox::Ok}, [s] { ctrl(s, Qt::Key_O); });
+    QCOMPARE(textsOf(warning), QStringList({QStringLiteral("This arrival is not editable because "
+                                                           "it has been used in Purchase Invoice "
+                                                           "No.(") +
+                                            QString::number(purchase) + QLatin1Char(')')}));
+    QCOMPARE(warning.value(0).icon, QMessageBox::Warning);
     QVERIFY(!s->button(Button::Remove)->isEnabled());
     typeCell(grid, 0, ColQty, QStringLiteral("5"));
-    Modals m;
-    m.answer(QMessageBox::Yes).answer(QMessageBox::Ok);
-    ctrl(s, Qt::Key_S);
-    QTRY_VERIFY(m.done());
-    QCOMPARE(m.texts().last(), kArrivalUpdateRefusal);
+    QCOMPARE(textsOf(answering({QMessageBox::Yes, QMessageBox::Ok}, [s] { ctrl(s, Qt::Key_S); }))
+                 .value(1),
+             kArrivalUpdateRefusal);
     QCOMPARE(
         valueOf(*m_conn, "SELECT NoOfBags FROM ArrivalsBody WHERE ArrivalId = ?", id).toDouble(),
         100.0);
@@ -381,14 +380,11 @@ void TestArrivalScreen::sameKeyOnTwoScreens() {
     fillFreeArrival(first, QStringLiteral("FIRST"));
     fillFreeArrival(&second, QStringLiteral("SECOND"));
     QVERIFY(saveByKeys(first));
-    {
-        Modals m;
-        m.answer(QMessageBox::Yes).answer(QMessageBox::Ok);
-        ctrl(&second, Qt::Key_S);
-        QTRY_VERIFY(m.done());
-        QCOMPARE(m.texts().last(), QStringLiteral("The Arrival ID already exists. A new ID has "
-                                                  "been generated. Please save your record again"));
-    }
+    QCOMPARE(textsOf(answering({QMessageBox::Yes, QMessageBox::Ok},
+                               [&second] { ctrl(&second, Qt::Key_S); }))
+                 .value(1),
+             QStringLiteral("The Arrival ID already exists. A new ID has been generated. Please "
+                            "save your record again"));
     QCOMPARE(textOf(&second, "TxtArrivalID").toInt(), key + 1);
     QCOMPARE(second.OpenedDocumentId, key + 1);
     QVERIFY(saveByKeys(&second));
