@@ -101,8 +101,32 @@ inline void writeDocuments(const Conn& c) {
     tx.commit();
 }
 
-// The stock as the documents say it should be, beside what the database keeps; the first
-// difference, or a stock row that is missing, is the fault. Computed by plain queries only.
+// The first total the database keeps that differs from what the documents say. The query
+// gives the keys named in keys, then the expected totals named in what, then the kept ones in
+// the same order; a kept row that is missing counts as nothing.
+inline QString firstDifference(Query& q, std::initializer_list<const char*> keys,
+                               std::initializer_list<const char*> what) {
+    q.exec();
+    const int k = int(keys.size()), n = int(what.size());
+    while (q.next())
+        for (int i = 0; i < n; ++i) {
+            const double expected = toDouble(q.value(k + i));
+            const QVariant kept = q.value(k + n + i);
+            if (std::abs(expected - toDouble(kept)) <= 1e-6)
+                continue;
+            QString at;
+            for (int j = 0; j < k; ++j)
+                at += QStringLiteral("%1 %2 ").arg(QLatin1String(keys.begin()[j]),
+                                                   q.value(j).toString());
+            return at + QStringLiteral("%1: documents say %2, the database keeps %3")
+                            .arg(QLatin1String(what.begin()[i]), QString::number(expected),
+                                 kept.isNull() ? QStringLiteral("no row") : kept.toString());
+        }
+    return {};
+}
+
+// The stock as the documents say it should be, beside what the database keeps, computed by
+// plain queries only.
 inline QString stockFault(const Conn& c) {
     const QString postedLines = QStringLiteral(
         "FROM ArrivalsBody b JOIN Arrivals a ON a.ArrivalId = b.ArrivalId WHERE a.IsPosted = 1");
@@ -127,19 +151,8 @@ inline QString stockFault(const Conn& c) {
                    " (SELECT NoOfBags FROM BagsCurrentStock s WHERE s.BagsTypeId = t.BagsTypeId "
                    "AND s.BagsClassId = k.BagsClassId) FROM BagsTypes t CROSS JOIN BagsClasses k")
                    .arg(postedLines));
-    for (auto [q, what] : {std::pair{&w, "commodity"}, std::pair{&b, "bag kind"}}) {
-        q->exec();
-        while (q->next()) {
-            const double expected = toDouble(q->value(1));
-            // A row may be missing only while nothing ever moved it.
-            if ((q->value(2).isNull() && expected != 0) ||
-                std::abs(expected - toDouble(q->value(2))) > 1e-6)
-                return QStringLiteral("%1 %2: documents say %3, stock says %4")
-                    .arg(QLatin1String(what), q->value(0).toString(), QString::number(expected),
-                         q->value(2).isNull() ? QStringLiteral("no row") : q->value(2).toString());
-        }
-    }
-    return {};
+    const QString fault = firstDifference(w, {"commodity"}, {"weight"});
+    return fault.isEmpty() ? firstDifference(b, {"bag kind"}, {"bags"}) : fault;
 }
 
 // Each PR centre's quota totals as the letters and vehicles say they should be, beside the
@@ -160,20 +173,9 @@ inline QString quotaFault(const Conn& c) {
                    " FROM (SELECT CenterId FROM PRCenters UNION SELECT CenterId FROM "
                    "PRCenterQuota) k LEFT JOIN PRCenterQuota q ON q.CenterId = k.CenterId"
                    " ORDER BY k.CenterId"));
-    q.exec();
-    const char* const what[] = {"letter bags", "letter weight", "arrived bags", "arrived weight",
-                                "letters"};
-    while (q.next())
-        for (int i = 0; i < 5; ++i) {
-            const double expected = toDouble(q.value(1 + i));
-            const double kept = toDouble(q.value(6 + i));
-            if (std::abs(expected - kept) > 1e-6)
-                return QStringLiteral("centre %1 %2: documents say %3, quota says %4")
-                    .arg(q.value(0).toString(), QLatin1String(what[i]), QString::number(expected),
-                         q.value(6 + i).isNull() ? QStringLiteral("no row")
-                                                 : QString::number(kept));
-        }
-    return {};
+    return firstDifference(
+        q, {"centre"},
+        {"letter bags", "letter weight", "arrived bags", "arrived weight", "letters"});
 }
 
 // Each centre's DFC price sums and counts per commodity as the letters and their payments say,
@@ -193,20 +195,8 @@ inline QString ratesFault(const Conn& c) {
                               " LEFT JOIN PRCenterRates r ON r.CenterId = k.CenterId AND "
                               "r.CommodityId = k.CommodityId ORDER BY 1, 2")
                    .arg(letters));
-    q.exec();
-    const char* const what[] = {"letters", "rate sum", "rates", "price sum", "prices"};
-    while (q.next())
-        for (int i = 0; i < 5; ++i) {
-            const double expected = toDouble(q.value(2 + i));
-            const double kept = toDouble(q.value(7 + i));
-            if (std::abs(expected - kept) > 1e-6)
-                return QStringLiteral("centre %1 commodity %2 %3: documents say %4, rates say %5")
-                    .arg(q.value(0).toString(), q.value(1).toString(), QLatin1String(what[i]),
-                         QString::number(expected),
-                         q.value(7 + i).isNull() ? QStringLiteral("no row")
-                                                 : QString::number(kept));
-        }
-    return {};
+    return firstDifference(q, {"centre", "commodity"},
+                           {"letters", "rate sum", "rates", "price sum", "prices"});
 }
 
 } // namespace gm::test

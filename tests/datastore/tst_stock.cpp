@@ -302,8 +302,8 @@ private:
 };
 
 // The first broken kept total, stock then quota then rates; empty when all hold.
-QString anyFault(const Conn& c, bool stock = true) {
-    QString fault = stock ? test::stockFault(c) : QString();
+QString anyFault(const Conn& c) {
+    QString fault = test::stockFault(c);
     if (fault.isEmpty())
         fault = test::quotaFault(c);
     return fault.isEmpty() ? test::ratesFault(c) : fault;
@@ -368,7 +368,8 @@ private Q_SLOTS:
     }
 
     // A database last opened by the program before the quota table: the letters and arrivals
-    // it already holds fill the table on the next opening, and the triggers take over from there.
+    // it already holds fill the table on the next opening. From there on it carries the same
+    // triggers as a new database, which the random changes above prove.
     void quotaFilledWhenOlderDatabaseOpens() {
         GM_REQUIRE_ENGINE();
         auto conn = test::freshMasterConn();
@@ -408,13 +409,7 @@ private Q_SLOTS:
                              "SELECT (SELECT COUNT(*) FROM PRCenterQuota WHERE LetterBags <> 0) "
                              "* (SELECT COUNT(*) FROM PRCenterQuota WHERE ArrivedBags <> 0) * "
                              "(SELECT COUNT(*) FROM PRCenterRates WHERE RateCount > 0)")) > 0);
-        Mill newer(*reopened, 12);
-        for (int i = 0; i <= 100; ++i) {
-            // The first round checks the fill itself.
-            const QString did = i ? newer.step() : QStringLiteral("reopened");
-            const QString fault = anyFault(*reopened, false);
-            QVERIFY2(fault.isEmpty(), qPrintable(fault + u'\n' + did));
-        }
+        QCOMPARE(anyFault(*reopened), QString());
     }
 };
 
