@@ -61,21 +61,19 @@ private Q_SLOTS:
 
 void TestArrivalLines::weightsOfALine_data() {
     QTest::addColumn<WeightCase>("c");
+    // clang-format off
     // Other is a lump for the whole line, not per bag.
-    QTest::newRow("deductions") << WeightCase{"100", "50.5", "0.25", "20",
-                                              "",    "5050", "50.5", 5005};
+    QTest::newRow("deductions") << WeightCase{"100", "50.5", "0.25", "20", "", "5050", "50.5", 5005};
     QTest::newRow("no deductions") << WeightCase{"3", "85", "", "", "", "255", "85", 255};
-    QTest::newRow("gross rounded to 2")
-        << WeightCase{"3", "33.333", "", "", "", "100", "33.333", 100};
+    QTest::newRow("gross rounded to 2") << WeightCase{"3", "33.333", "", "", "", "100", "33.333", 100};
     QTest::newRow("net may go negative") << WeightCase{"2", "10", "5", "30", "", "20", "10", -20};
     // Without a quantity or a bag weight there is no gross, and the net stays as it was.
     QTest::newRow("empty qty") << WeightCase{"", "50", "1", "", "", "", "50", 0};
     QTest::newRow("zero bag weight") << WeightCase{"10", "0", "", "", "", "", "0", 0};
-    QTest::newRow("gross by hand: bag weight to 4 decimals")
-        << WeightCase{"3", "7", "", "3", "100", "100", "33.3333", 97};
+    QTest::newRow("gross by hand: bag weight to 4 decimals") << WeightCase{"3", "7", "", "3", "100", "100", "33.3333", 97};
     // Nothing to divide by: the bag weight is left, the net still follows the gross.
-    QTest::newRow("gross by hand without qty")
-        << WeightCase{"", "7", "", "1", "100", "100", "7", 99};
+    QTest::newRow("gross by hand without qty") << WeightCase{"", "7", "", "1", "100", "100", "7", 99};
+    // clang-format on
 }
 
 void TestArrivalLines::weightsOfALine() {
@@ -100,21 +98,18 @@ void TestArrivalLines::cellChecks_data() {
     const QString vehicle = QStringLiteral("Vehicle no must be less then 15 charactors.");
     const QString weight =
         QStringLiteral("Weight must be greator then 0 and less then remaining Weight.");
+    // clang-format off
     QTest::newRow("vehicle of 15") << CellCase{0, QString(15, 'V'), false, ok, QString()};
     QTest::newRow("vehicle of 16") << CellCase{0, QString(16, 'V'), false, no, vehicle};
     QTest::newRow("class listed") << CellCase{1, "A", false, ok, QString()};
     QTest::newRow("class unknown") << CellCase{1, "Z", false, no, "Please provide a valid class."};
     QTest::newRow("type unknown") << CellCase{2, "Jute", false, no, "Please provide a valid type."};
     QTest::newRow("per bag 99999") << CellCase{6, "99999", false, ok, QString()};
-    QTest::newRow("per bag 99999.5")
-        << CellCase{6, "99999.5", false, no, "Please provide a valid per bag."};
-    QTest::newRow("other negative")
-        << CellCase{7, "-1", false, no, "Please provide a valid other."};
+    QTest::newRow("per bag 99999.5") << CellCase{6, "99999.5", false, no, "Please provide a valid per bag."};
+    QTest::newRow("other negative") << CellCase{7, "-1", false, no, "Please provide a valid other."};
     QTest::newRow("driver of 25") << CellCase{9, QString(25, 'd'), false, ok, QString()};
-    QTest::newRow("driver of 26") << CellCase{9, QString(26, 'd'), false, no,
-                                              "Please provide a valid driver name."};
-    QTest::newRow("bilty of 16") << CellCase{10, QString(16, 'b'), false, no,
-                                             "Please provide a valid bilty no."};
+    QTest::newRow("driver of 26") << CellCase{9, QString(26, 'd'), false, no, "Please provide a valid driver name."};
+    QTest::newRow("bilty of 16") << CellCase{10, QString(16, 'b'), false, no, "Please provide a valid bilty no."};
     // Free arrivals have no quota and no test of zero.
     QTest::newRow("free qty zero") << CellCase{3, "0", false, ok, QString()};
     QTest::newRow("free big bag") << CellCase{4, "900", false, ok, QString()};
@@ -124,6 +119,7 @@ void TestArrivalLines::cellChecks_data() {
     QTest::newRow("bag weight within") << CellCase{4, "50", true, ok, QString()};
     QTest::newRow("bag weight over remainder") << CellCase{4, "500.5", true, no, weight};
     QTest::newRow("bag weight zero at centre") << CellCase{4, "0", true, no, weight};
+    // clang-format on
 }
 
 void TestArrivalLines::cellChecks() {
@@ -144,24 +140,17 @@ void TestArrivalLines::validationOrder_data() {
     const char* taken =
         "The Arrival ID already exists. A new ID has been generated. Please save your record again";
     const auto row = [](const char* name, const SaveCase& c) { QTest::newRow(name) << c; };
-    row("no seller", {"", "", "1", false, "50", "Please select a valid Party and try again",
-                      "CboSeller", -1, false});
-    row("no commodity",
-        {"601", "", "1", false, "50", "Please select a valid commodity and try again",
-         "CboCommodity", -1, false});
-    row("zero id", {"601", "1", "0", false, "50",
-                    "Invalid Arrival ID. A new Arrival has been automatically generated. Please "
-                    "save again",
-                    "", -1, true});
+    // clang-format off
+    row("no seller", {"", "", "1", false, "50", "Please select a valid Party and try again", "CboSeller", -1, false});
+    row("no commodity", {"601", "", "1", false, "50", "Please select a valid commodity and try again", "CboCommodity", -1, false});
+    row("zero id", {"601", "1", "0", false, "50", "Invalid Arrival ID. A new Arrival has been automatically generated. Please save again", "", -1, true});
     row("key taken", {"601", "1", "7", false, "50,,1", taken, "", -1, true});
-    row("no lines", {"601", "1", "8", false, "",
-                     "There is no record to save.Please enter atleast one commodity and save again",
-                     "Grid", -1, false});
+    row("no lines", {"601", "1", "8", false, "", "There is no record to save.Please enter atleast one commodity and save again", "Grid", -1, false});
     // An opened arrival saves over its own key; then the line without a bag weight is named,
     // not dropped, and the lines after it are not the ones blamed.
-    row("opened, line without bag weight",
-        {"601", "1", "7", true, "50,,1", "Please provide a valid bags.", "Grid", 1, false});
+    row("opened, line without bag weight", {"601", "1", "7", true, "50,,1", "Please provide a valid bags.", "Grid", 1, false});
     row("passes", {"601", "1", "8", false, "50,50", "", "", -1, false});
+    // clang-format on
 }
 
 void TestArrivalLines::validationOrder() {

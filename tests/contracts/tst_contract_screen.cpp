@@ -103,11 +103,10 @@ qint64 contractCount(const Conn& conn) {
 
 // Only what Save insists on, under the given seller.
 void typeShortContract(QWidget* s, const QString& seller) {
-    typeAll(s, {{"CboCommodity", "Wheat Local"},
-                {"CboSeller", seller},
-                {"TxtQuantity", "10"},
-                {"CboUnit", "Mound"},
-                {"TxtRatePerUnit", "3900"}});
+    // clang-format off
+    typeAll(s, {{"CboCommodity", "Wheat Local"}, {"CboSeller", seller}, {"TxtQuantity", "10"},
+                {"CboUnit", "Mound"}, {"TxtRatePerUnit", "3900"}});
+    // clang-format on
 }
 
 } // namespace
@@ -158,18 +157,14 @@ void TstContractScreen::typedSavedAndRemoved() {
     QVERIFY(!enabled(s, "BtnSave") && !enabled(s, "BtnPrint") && enabled(s, "BtnOpen"));
 
     typeDate(s, "DtpContractDate", QDate(2026, 3, 14));
-    typeAll(s, {{"CboCommodity", "wheat imp"},
-                {"CboBroker", "Mian"},
-                {"CboSeller", "Haji"},
+    // clang-format off
+    typeAll(s, {{"CboCommodity", "wheat imp"}, {"CboBroker", "Mian"}, {"CboSeller", "Haji"},
                 {"TxtBrokerage", "2.5"}});
     pressSpace(s, "OptPerBag");
-    typeAll(s, {{"CboContractMode", "Bags"},
-                {"TxtQuantity", "1200"},
-                {"CboUnit", "Mound"},
-                {"TxtRatePerUnit", "3850.75"},
-                {"TxtPerBagDeduction", "0.75"},
-                {"TxtOtherDeduction", "12"},
-                {"CboModeofPayment", "To Pay"}});
+    typeAll(s, {{"CboContractMode", "Bags"}, {"TxtQuantity", "1200"}, {"CboUnit", "Mound"},
+                {"TxtRatePerUnit", "3850.75"}, {"TxtPerBagDeduction", "0.75"},
+                {"TxtOtherDeduction", "12"}, {"CboModeofPayment", "To Pay"}});
+    // clang-format on
     typeDate(s, "DtpDeliveryStartDate", QDate(2026, 3, 20));
     typeDate(s, "DtpDeliveryEndDate", QDate(2026, 4, 30));
     typeInto(s, "TxtOtherTerms", "Seller's bags; moisture < 10%");
