@@ -23,78 +23,45 @@ const std::vector<ColumnGroup>& arrivalColumnGroups() {
     return groups;
 }
 
-ArrivalRow emptyArrivalRow() {
-    ArrivalRow row;
-    for (int i = 0; i < ArrivalColumnCount; ++i)
-        row.append(QString());
-    return row;
-}
-
 namespace {
-
-double cell(const ArrivalRow& row, int column) {
-    return column < row.size() ? leadingNumber(row.at(column)) : 0.0;
-}
-
-void put(ArrivalRow& row, int column, double value) {
-    while (row.size() < ArrivalColumnCount)
-        row.append(QString());
-    row[column] = formatNumber(value);
-}
-
-void ensureWidth(ArrivalRow& row) {
-    while (row.size() < ArrivalColumnCount)
-        row.append(QString());
-}
 
 // The provisional net of the per-column pass: it multiplies Other by the bags as well. It never
 // survives, since RecalcLineNet follows at once, but a line whose gross stays at zero keeps it.
-double provisionalNet(const ArrivalRow& row) {
-    return roundHalfEven(
-        cell(row, ColGross) - (cell(row, ColPerBag) + cell(row, ColOther)) * cell(row, ColQty), 2);
+double provisionalNet(const ArrivalLine& l) {
+    return roundHalfEven(l.gross - (l.bagsDeduction + l.otherDeduction) * l.noOfBags, 2);
 }
 
 } // namespace
 
-void recalcAfterQtyOrBags(ArrivalRow& row, const std::optional<RateUnitInfo>& commodityUnit) {
-    ensureWidth(row);
-    const double bags = cell(row, ColBags);
-    const double qty = cell(row, ColQty);
-    if (bags > 0 && qty > 0) {
-        put(row, ColGross, roundHalfEven(bags * qty, 2));
-        put(row, ColNetWeight, provisionalNet(row));
-        row[ColRateUnitId] = commodityUnit ? commodityUnit->name : QString();
+void recalcAfterQtyOrBags(ArrivalLine& l, const std::optional<RateUnitInfo>& commodityUnit) {
+    if (l.bagWeight > 0 && l.noOfBags > 0) {
+        l.gross = roundHalfEven(l.bagWeight * l.noOfBags, 2);
+        l.netWeight = provisionalNet(l);
+        l.rateUnitName = commodityUnit ? commodityUnit->name : QString();
         if (commodityUnit && !commodityUnit->name.isEmpty())
-            put(row, ColWeighInKgs, commodityUnit->weightInKgs);
+            l.weightInKgs = commodityUnit->weightInKgs;
     }
-    RecalcLineNet(row);
+    RecalcLineNet(l);
 }
 
-void recalcAfterGross(ArrivalRow& row) {
-    ensureWidth(row);
-    const double gross = cell(row, ColGross);
-    const double qty = cell(row, ColQty);
-    if (gross > 0) {
-        if (qty != 0)
-            put(row, ColBags, roundHalfEven(gross / qty, 4));
-        put(row, ColNetWeight, provisionalNet(row));
+void recalcAfterGross(ArrivalLine& l) {
+    if (l.gross > 0) {
+        if (l.noOfBags != 0)
+            l.bagWeight = roundHalfEven(l.gross / l.noOfBags, 4);
+        l.netWeight = provisionalNet(l);
     }
-    RecalcLineNet(row);
+    RecalcLineNet(l);
 }
 
-void applyRateUnit(ArrivalRow& row, const std::optional<RateUnitInfo>& unit) {
-    ensureWidth(row);
-    if (row.at(ColRateUnitId).isEmpty() || !unit)
+void applyRateUnit(ArrivalLine& l, const std::optional<RateUnitInfo>& unit) {
+    if (l.rateUnitName.isEmpty() || !unit)
         return;
-    put(row, ColWeighInKgs, unit->weightInKgs);
+    l.weightInKgs = unit->weightInKgs;
 }
 
-void RecalcLineNet(ArrivalRow& row) {
-    ensureWidth(row);
-    const double gross = cell(row, ColGross);
-    if (gross > 0)
-        put(row, ColNetWeight,
-            gross - (cell(row, ColOther) + cell(row, ColPerBag) * cell(row, ColQty)));
+void RecalcLineNet(ArrivalLine& l) {
+    if (l.gross > 0)
+        l.netWeight = l.gross - (l.otherDeduction + l.bagsDeduction * l.noOfBags);
 }
 
 double storedNetWeight(double noOfBags, double bagWeight, double bagsDeduction,
@@ -111,10 +78,14 @@ QString standardRefusal(int column) {
            arrivalColumnCaptions().at(column).toLower() + QLatin1Char('.');
 }
 
+Objection lineRefusal(int row, int column) {
+    return Objection::info(standardRefusal(column)).inGrid(QStringLiteral("Grid"), row, column);
+}
+
 namespace {
 
-ArrivalCellVerdict refuse(const QString& message) {
-    return {ArrivalCellVerdict::Refuse, message};
+Objection refuse(const QString& message) {
+    return Objection::info(message);
 }
 
 // The number editors of Qty, Bags and Gross accept nothing outside these bounds.
@@ -124,8 +95,8 @@ bool outside(double value, double high) {
 
 } // namespace
 
-ArrivalCellVerdict checkArrivalCell(int column, const QString& text,
-                                    const ArrivalCellContext& context) {
+std::optional<Objection> checkArrivalCell(int column, const QString& text,
+                                          const ArrivalCellContext& context) {
     const double entry = leadingNumber(text);
     switch (column) {
     case ColVehicleNo:
@@ -143,9 +114,6 @@ ArrivalCellVerdict checkArrivalCell(int column, const QString& text,
     case ColQty:
         if (outside(entry, 99999))
             return refuse(standardRefusal(column));
-        // A warning the clerk may pass: the quota is the centre's, not a physical limit.
-        if (context.hasCenter && (entry <= 0 || leadingNumber(context.remainingBags) < entry))
-            return {ArrivalCellVerdict::AskQuota, kQuotaQuestion};
         break;
     case ColBags:
         if (outside(entry, 99999.99))
@@ -174,7 +142,13 @@ ArrivalCellVerdict checkArrivalCell(int column, const QString& text,
     default:
         break;
     }
-    return {};
+    return std::nullopt;
+}
+
+bool exceedsQuota(int column, const QString& text, const ArrivalCellContext& context) {
+    const double entry = leadingNumber(text);
+    return column == ColQty && context.hasCenter &&
+           (entry <= 0 || leadingNumber(context.remainingBags) < entry);
 }
 
 } // namespace gm

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/Numeric.h"
+#include "services/Objection.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,8 +12,7 @@
 
 namespace gm {
 
-// The columns of an arrival's vehicle grid. Cells are kept as the clerk sees them, as text;
-// every number is read back with leadingNumber.
+// The columns of an arrival's vehicle grid, in the order they stand.
 enum ArrivalColumn : int {
     ColVehicleNo = 0,
     ColClass = 1,
@@ -41,8 +41,30 @@ struct ColumnGroup {
 };
 const std::vector<ColumnGroup>& arrivalColumnGroups();
 
-using ArrivalRow = QStringList; // ArrivalColumnCount cells
-ArrivalRow emptyArrivalRow();
+// One vehicle of an arrival: what the grid shows, what the checks read and what the store
+// keeps. Names stand as the lists show them; their keys are looked up when the arrival is
+// saved, and come back filled when it is loaded.
+struct ArrivalLine {
+    QString vehicleNo;
+    QString bagsClass;
+    QString bagsType;
+    Figure noOfBags;  // "Qty"
+    Figure bagWeight; // "Bags": the weight of ONE bag in kg, not a count
+    Figure gross;
+    Figure bagsDeduction; // "Per Bag"
+    Figure otherDeduction;
+    Figure netWeight; // as the screen works it out; the store computes what it keeps
+    QString driverName;
+    QString biltyNo;
+    Figure rateUnit;
+    Figure bagsRate;
+    QString rateUnitName; // column "RateUnitId" shows the unit's name, despite its caption
+    Figure weightInKgs;   // of the rate unit: divides the rate into a price per kg
+
+    qint64 bagsClassId = 0;
+    qint64 bagsTypeId = 0;
+    qint64 rateUnitId = 0; // 0: none
+};
 
 // A rate unit as the unit list shows it ("Maund (40)") with its kilograms.
 struct RateUnitInfo {
@@ -53,15 +75,15 @@ struct RateUnitInfo {
 // Recomputation after a change of Qty or Bags (per-bag weight). When both are above zero the
 // gross and a provisional net are written and the commodity's rate unit goes into the line;
 // then RecalcLineNet has the last word on the net weight.
-void recalcAfterQtyOrBags(ArrivalRow& row, const std::optional<RateUnitInfo>& commodityUnit);
+void recalcAfterQtyOrBags(ArrivalLine& line, const std::optional<RateUnitInfo>& commodityUnit);
 // Recomputation after a gross weight typed by hand: the per-bag weight follows from it. With
 // no quantity there is nothing to divide by and the per-bag weight is left alone.
-void recalcAfterGross(ArrivalRow& row);
+void recalcAfterGross(ArrivalLine& line);
 // After the rate unit's name was chosen: its kilograms from the loaded unit list.
-void applyRateUnit(ArrivalRow& row, const std::optional<RateUnitInfo>& unit);
+void applyRateUnit(ArrivalLine& line, const std::optional<RateUnitInfo>& unit);
 // The net weight that stays on the screen: Gross - (Other + Per Bag x Qty), unrounded.
 // A line without gross keeps whatever net it had.
-void RecalcLineNet(ArrivalRow& row);
+void RecalcLineNet(ArrivalLine& line);
 
 // What ArrivalsBody.NetWeight holds, computed from the stored fields, whatever the grid shows.
 double storedNetWeight(double noOfBags, double bagWeight, double bagsDeduction,
@@ -84,20 +106,17 @@ struct ArrivalCellContext {
     QStringList bagTypes;   // names of the bag type list
 };
 
-struct ArrivalCellVerdict {
-    enum Kind {
-        Accept,
-        Refuse,  // information box with `message`, title "Alert"; the edit stays in the cell
-        AskQuota // the two quota boxes: a notice, then Yes/No; No refuses
-    };
-    Kind kind = Accept;
-    QString message;
-};
-
-ArrivalCellVerdict checkArrivalCell(int column, const QString& text,
-                                    const ArrivalCellContext& context);
+// The refusal of a typed cell, or nothing. A quantity or weight over a centre's remaining quota
+// is not refused here: see exceedsQuota.
+std::optional<Objection> checkArrivalCell(int column, const QString& text,
+                                          const ArrivalCellContext& context);
+// Bags over the centre's remaining bags (or none): a warning the clerk may pass, since the
+// quota is the centre's, not a physical limit.
+bool exceedsQuota(int column, const QString& text, const ArrivalCellContext& context);
 // "Please provide a valid " + the column's caption in lower case + "."
 QString standardRefusal(int column);
+// That refusal, standing on the line's cell in the arrival grid.
+Objection lineRefusal(int row, int column);
 
 inline const QString kQuotaNotice =
     QStringLiteral("Bags Qty of given BagsType can not be greater than DFC Purchase");

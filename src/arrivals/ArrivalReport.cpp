@@ -39,7 +39,7 @@ Report CrpArrival(const ArrivalDocument* arrival, const HostSettingsValues& sett
                  {QStringLiteral("Driver Name"), Qt::AlignLeft, 1.4},
                  {QStringLiteral("Bilty No"), Qt::AlignLeft, 1.0}};
     double bags = 0, gross = 0, perBag = 0, other = 0, net = 0;
-    for (const ArrivalLineData& l : a.lines) {
+    for (const ArrivalLine& l : a.lines) {
         const double lineGross = l.noOfBags * l.bagWeight;
         const double lineNet =
             storedNetWeight(l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction);

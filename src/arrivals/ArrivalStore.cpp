@@ -1,6 +1,7 @@
 #include "arrivals/ArrivalStore.h"
 
 #include "arrivals/ArrivalLines.h"
+#include "arrivals/ArrivalValidation.h"
 #include "datastore/Conn.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
@@ -20,17 +21,12 @@ QVariant nullText(const QString& text) {
 
 } // namespace
 
-QString arrivalRemoveRefusal(const QString& table) {
-    return QStringLiteral("Cannot remove this invoice because it is used in (") + table +
-           QStringLiteral(") table");
-}
-
 int ArrivalStore::nextArrivalId() const {
     return int(toInt(scalar(m_conn, QStringLiteral("SELECT COALESCE(MAX(ArrivalId), 0) + 1 FROM "
                                                    "Arrivals"))));
 }
 
-bool ArrivalStore::exists(int arrivalId) const {
+bool ArrivalStore::exists(qint64 arrivalId) const {
     return toInt(scalar(m_conn, QStringLiteral("SELECT COUNT(*) FROM Arrivals WHERE ArrivalId = ?"),
                         {arrivalId})) > 0;
 }
@@ -182,7 +178,7 @@ std::optional<ArrivalDocument> ArrivalStore::load(int arrivalId) const {
                                "WHERE ab.ArrivalId = ?"));
     lines.bind(arrivalId).exec();
     while (lines.next()) {
-        ArrivalLineData l;
+        ArrivalLine l;
         l.vehicleNo = toText(lines.value(0));
         l.bagsClassId = toInt(lines.value(1));
         l.bagsClass = toText(lines.value(2));
@@ -225,10 +221,10 @@ void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
 void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
     for (int i = 0; i < int(a.lines.size()); ++i)
         if (!(a.lines[size_t(i)].bagWeight > 0))
-            throw ArrivalRefusal(standardRefusal(ColBags), ArrivalRefusal::Icon::Information, i);
+            throw Objected(lineRefusal(i, ColBags));
 
     if (isInvoiced(a.arrivalId) != 0)
-        throw ArrivalRefusal(kArrivalUpdateRefusal, ArrivalRefusal::Icon::Exclamation);
+        throw Objected(Objection::warning(kArrivalUpdateRefusal));
 
     const QVariant date = a.arrivalDate;
     const QVariant permit =
@@ -240,9 +236,7 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
     if (isNew) {
         // Another clerk may have saved this key since it was drawn; never write over theirs.
         if (exists(a.arrivalId))
-            throw DbError(QStringLiteral("The Arrival ID already exists. A new ID has been "
-                                         "generated. Please save your record again"),
-                          QStringLiteral("Alert"));
+            throw Objected(Objection::warning(kArrivalIdTaken).withNewDocumentId(nextArrivalId()));
     } else {
         // Unpost before anything changes, so the stock lets go of the lines as they were.
         Query unpost(m_conn,
@@ -266,7 +260,7 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
             .exec();
 
     execute(m_conn, QStringLiteral("DELETE FROM ArrivalsBody WHERE ArrivalId = ?"), {a.arrivalId});
-    for (const ArrivalLineData& l : a.lines) {
+    for (const ArrivalLine& l : a.lines) {
         Query(m_conn,
               QStringLiteral("INSERT INTO ArrivalsBody (ArrivalId, CommodityId, VehicleNo, "
                              "VehicleNoText, BagsClassId, BagsTypeId, NoOfBags, BagWeight, "
@@ -274,10 +268,12 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
                              "RateUnit, BagsRate, Cost, BagsCost, RateUnitId) "
                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"))
             .bind({a.arrivalId, a.commodityId, l.vehicleNo, l.vehicleNo, l.bagsClassId,
-                   l.bagsTypeId, l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction,
+                   l.bagsTypeId, double(l.noOfBags), double(l.bagWeight), double(l.bagsDeduction),
+                   double(l.otherDeduction),
                    storedNetWeight(l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction),
-                   nullText(l.driverName), nullText(l.biltyNo), l.rateUnit, l.bagsRate,
-                   lineCostPerKg(l.rateUnit, l.weightInKgs), l.bagsRate, nullKey(l.rateUnitId)})
+                   nullText(l.driverName), nullText(l.biltyNo), double(l.rateUnit),
+                   double(l.bagsRate), lineCostPerKg(l.rateUnit, l.weightInKgs), double(l.bagsRate),
+                   nullKey(l.rateUnitId)})
             .exec();
     }
     execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 1 WHERE ArrivalId = ?"),
@@ -287,11 +283,9 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
 void ArrivalStore::remove(int arrivalId) {
     Transaction tx(m_conn);
     // Invoice lines carry a key of their own to the head, so the guard names PurchaseBody too.
-    const QString table = FindReferencingTable(m_conn, QStringLiteral("Arrivals"),
-                                               {{QStringLiteral("ArrivalId"), arrivalId}},
-                                               {QStringLiteral("ArrivalsBody")});
-    if (!table.isEmpty())
-        throw ArrivalRefusal(arrivalRemoveRefusal(table), ArrivalRefusal::Icon::Exclamation);
+    refuseIfReferenced(m_conn, QStringLiteral("Arrivals"),
+                       {{QStringLiteral("ArrivalId"), arrivalId}},
+                       {QStringLiteral("ArrivalsBody")});
     execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 0 WHERE ArrivalId = ?"),
             {arrivalId});
     execute(m_conn, QStringLiteral("DELETE FROM ArrivalsBody WHERE ArrivalId = ?"), {arrivalId});

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "arrivals/ArrivalLines.h"
 #include "datastore/Sql.h"
+#include "services/DocumentKeys.h"
 #include "services/LookupItem.h"
 
 #include <QDate>
@@ -13,41 +15,6 @@ namespace gm {
 
 class Conn;
 
-// A refusal of the store that the clerk must see as a warning, not as a failure: the arrival
-// is invoiced, or a line cannot be saved.
-class ArrivalRefusal : public DbError {
-public:
-    enum class Icon { Exclamation, Information };
-    ArrivalRefusal(QString message, Icon icon, int row = -1)
-        : DbError(std::move(message), QStringLiteral("Alert")), m_icon(icon), m_row(row) {}
-    Icon icon() const { return m_icon; }
-    int row() const { return m_row; } // the refused line, or -1
-private:
-    Icon m_icon;
-    int m_row;
-};
-
-// One vehicle of an arrival, as stored.
-struct ArrivalLineData {
-    QString vehicleNo;
-    qint64 bagsClassId = 0;
-    QString bagsClass;
-    qint64 bagsTypeId = 0;
-    QString bagsType;
-    double noOfBags = 0;
-    double bagWeight = 0; // kg per bag
-    double bagsDeduction = 0;
-    double otherDeduction = 0;
-    QString driverName; // empty is stored as null
-    QString biltyNo;
-    double rateUnit = 0;
-    double bagsRate = 0;
-    qint64 rateUnitId = 0;  // 0: none
-    QString rateUnitName;   // as the unit list shows it, on load
-    double weightInKgs = 0; // of the rate unit: divides the rate into a price per kg
-    double netWeight = 0;   // as stored, on load
-};
-
 struct ArrivalDocument {
     int arrivalId = 0;
     QDate arrivalDate;
@@ -59,7 +26,7 @@ struct ArrivalDocument {
     QString sellerId;
     QString sellerName;    // "Name-City"
     qint64 contractId = 0; // 0: no contract
-    std::vector<ArrivalLineData> lines;
+    std::vector<ArrivalLine> lines;
 };
 
 struct ContractDefaults {
@@ -86,13 +53,15 @@ struct RemainingQuota {
     double weight = 0;
 };
 
-// Everything the arrival screen reads from and writes to the database.
-class ArrivalStore {
+// Everything the arrival screen reads from and writes to the database. Refusals come as
+// Objected, after the transaction has rolled back.
+class ArrivalStore final : public DocumentKeys {
 public:
     explicit ArrivalStore(const Conn& conn) : m_conn(conn) {}
 
     int nextArrivalId() const;
-    bool exists(int arrivalId) const;
+    bool exists(qint64 arrivalId) const override;
+    qint64 nextDocumentId() const override { return nextArrivalId(); }
 
     // Contracts no arrival uses yet: one contract, one arrival. Name is the contract number,
     // key the seller as the party lists show it.
@@ -126,6 +95,5 @@ private:
 
 inline const QString kArrivalUpdateRefusal =
     QStringLiteral("Cannot updated this invoice because it is used in (PurchaseBody) table");
-QString arrivalRemoveRefusal(const QString& table);
 
 } // namespace gm

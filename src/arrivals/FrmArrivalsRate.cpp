@@ -33,6 +33,7 @@ ScreenTraits arrivalTraits() {
     t.contractSearchCombo = QStringLiteral("CboContract");
     t.focusAfterClear = {QStringLiteral("DtpArrivalDate"), QStringLiteral("CboSeller")};
     t.keepOnClear = {QStringLiteral("TxtPermitNo")};
+    t.idField = QStringLiteral("TxtArrivalID");
     return t;
 }
 
@@ -55,24 +56,13 @@ QStringList names(const LookupList& list) {
     return out;
 }
 
-QMessageBox::Icon boxIcon(ArrivalValidationFailure::Icon icon) {
-    switch (icon) {
-    case ArrivalValidationFailure::Icon::None:
-        return QMessageBox::NoIcon;
-    case ArrivalValidationFailure::Icon::Information:
-        return QMessageBox::Information;
-    case ArrivalValidationFailure::Icon::Exclamation:
-        break;
-    }
-    return QMessageBox::Warning;
-}
-
 } // namespace
 
 FrmArrivalsRate::FrmArrivalsRate(const Context& ctx, QWidget* parent)
     : DocumentScreen(ctx, arrivalTraits(), parent), m_store(ctx.db()) {
     buildUi();
     wireHandlers();
+    setDocumentSearch([this](QWidget* owner) { return showArrivalSearch(owner, context()); });
     guard([this] { SetScreenMode(1); });
 }
 
@@ -135,39 +125,34 @@ void FrmArrivalsRate::buildUi() {
 
     m_grid = new LineGrid(QStringLiteral("Grid"), this);
     m_grid->setDeleteRemovesLine(true);
-    std::vector<GridColumn> cols;
     const QStringList& caps = arrivalColumnCaptions();
-    auto vehicle = GridColumn::text(caps[ColVehicleNo], 100);
-    vehicle.editorName = QStringLiteral("TxtVehicleNo");
-    cols.push_back(vehicle);
-    auto cls = GridColumn::lookupOf(caps[ColClass], {}, 80);
-    cls.editorName = QStringLiteral("CboBagClass");
-    cols.push_back(cls);
-    auto type = GridColumn::lookupOf(caps[ColType], {}, 100);
-    type.editorName = QStringLiteral("CboBagType");
-    cols.push_back(type);
-    auto qty = GridColumn::number(caps[ColQty], 60, 0);
-    qty.editorName = QStringLiteral("TxtQty");
-    cols.push_back(qty);
-    auto bags = GridColumn::number(caps[ColBags], 70, 2);
-    bags.editorName = QStringLiteral("TxtBags");
-    cols.push_back(bags);
-    auto gross = GridColumn::number(caps[ColGross], 80, 2);
-    gross.editorName = QStringLiteral("TxtGross");
-    cols.push_back(gross);
-    cols.push_back(GridColumn::number(caps[ColPerBag], 60, 2));
-    cols.push_back(GridColumn::number(caps[ColOther], 60, 2));
-    cols.push_back(GridColumn::readOnly(caps[ColNetWeight], 90));
-    cols.push_back(GridColumn::text(caps[ColDriverName], 120));
-    cols.push_back(GridColumn::text(caps[ColBiltyNo], 90));
-    cols.push_back(GridColumn::readOnly(caps[ColRateUnit], 70));
-    cols.push_back(GridColumn::readOnly(caps[ColBagRate], 70));
-    cols.push_back(GridColumn::readOnly(caps[ColRateUnitId], 90));
-    cols.push_back(GridColumn::readOnly(caps[ColWeighInKgs], 70));
-    for (int c : {int(ColQty), int(ColBags), int(ColGross), int(ColPerBag), int(ColOther),
-                  int(ColNetWeight), int(ColRateUnit), int(ColBagRate), int(ColWeighInKgs)})
-        cols[size_t(c)].alignment = Qt::AlignRight | Qt::AlignVCenter;
-    m_grid->setColumns(std::move(cols));
+    const auto number = [](const QString& caption, int width, int decimals) {
+        return GridColumn::number(caption, width, decimals);
+    };
+    const auto shown = [](const QString& caption, int width) {
+        return GridColumn::readOnly(caption, width).aligned(Qt::AlignRight | Qt::AlignVCenter);
+    };
+    using L = ArrivalLine;
+    m_grid->setColumns<L>({
+        {GridColumn::text(caps[ColVehicleNo], 100).named(QStringLiteral("TxtVehicleNo")),
+         field(&L::vehicleNo)},
+        {GridColumn::lookupOf(caps[ColClass], {}, 80).named(QStringLiteral("CboBagClass")),
+         field(&L::bagsClass)},
+        {GridColumn::lookupOf(caps[ColType], {}, 100).named(QStringLiteral("CboBagType")),
+         field(&L::bagsType)},
+        {number(caps[ColQty], 60, 0).named(QStringLiteral("TxtQty")), field(&L::noOfBags)},
+        {number(caps[ColBags], 70, 2).named(QStringLiteral("TxtBags")), field(&L::bagWeight)},
+        {number(caps[ColGross], 80, 2).named(QStringLiteral("TxtGross")), field(&L::gross)},
+        {number(caps[ColPerBag], 60, 2), field(&L::bagsDeduction)},
+        {number(caps[ColOther], 60, 2), field(&L::otherDeduction)},
+        {shown(caps[ColNetWeight], 90), field(&L::netWeight)},
+        {GridColumn::text(caps[ColDriverName], 120), field(&L::driverName)},
+        {GridColumn::text(caps[ColBiltyNo], 90), field(&L::biltyNo)},
+        {shown(caps[ColRateUnit], 70), field(&L::rateUnit)},
+        {shown(caps[ColBagRate], 70), field(&L::bagsRate)},
+        {GridColumn::readOnly(caps[ColRateUnitId], 90), field(&L::rateUnitName)},
+        {shown(caps[ColWeighInKgs], 70), field(&L::weightInKgs)},
+    });
     std::vector<GridGroup> groups;
     for (const ColumnGroup& g : arrivalColumnGroups())
         groups.push_back(GridGroup{g.first, g.last, g.heading});
@@ -229,9 +214,10 @@ void FrmArrivalsRate::modeEntered(int mode) {
     if (mode == 1) {
         ClearScreen();
         NextDocumentId();
-        IsOpened = false;
+        m_dtpArrivalDate->setDate(QDate::currentDate());
         m_txtArrivalId->setEnabled(true);
         setFieldColour(m_txtArrivalId, kEditableColour);
+        LoadArrivalLookups();
     } else if (mode == 3) {
         m_txtArrivalId->setEnabled(false);
     }
@@ -249,16 +235,10 @@ void FrmArrivalsRate::afterClearWalk() {
                                                       m_cboContract, m_cboPRCenter, m_cboPermitNo})
         w->setEnabled(true);
     m_commodityUnit.reset();
-    ModeWord.clear();
 }
 
-void FrmArrivalsRate::NextDocumentId() {
-    OpenedDocumentId = m_store.nextArrivalId();
-    m_txtArrivalId->setText(QString::number(OpenedDocumentId));
-    m_dtpArrivalDate->setDate(QDate::currentDate());
-    m_txtArrivalId->setEnabled(true);
-    setFieldColour(m_txtArrivalId, kEditableColour);
-    LoadArrivalLookups();
+qint64 FrmArrivalsRate::nextDocumentId() {
+    return m_store.nextArrivalId();
 }
 
 void FrmArrivalsRate::LoadArrivalLookups() {
@@ -349,8 +329,10 @@ void FrmArrivalsRate::commodityChosen() {
     if (!defaults)
         return;
     const int row = currentLineForDefaults();
-    lines()->setCell(row, ColType, defaults->bagType);
-    lines()->setCell(row, ColBags, formatNumber(defaults->bagCapacity));
+    lines()->updateLine<ArrivalLine>(row, [&](ArrivalLine& l) {
+        l.bagsType = defaults->bagType;
+        l.bagWeight = defaults->bagCapacity;
+    });
     recompute(row, ColBags);
 }
 
@@ -407,18 +389,20 @@ void FrmArrivalsRate::permitChosen() {
     if (!rates)
         return;
     const int row = currentLineForDefaults();
-    LineGridModel* model = lines();
-    model->setCell(row, ColRateUnit, formatNumber(rates->ratePerUnit, 4));
-    model->setCell(row, ColBagRate, formatNumber(rates->pricePerBag, 4));
     const QString key = QString::number(rates->rateUnitId);
     QString unitName;
     for (const LookupItem& u : m_units)
         if (u.key == key)
             unitName = u.name;
     m_cboRateUnit->setText(unitName);
-    model->setCell(row, ColRateUnitId, unitName);
-    if (const auto unit = unitNamed(unitName))
-        model->setCell(row, ColWeighInKgs, formatNumber(unit->weightInKgs));
+    lines()->updateLine<ArrivalLine>(row, [&](ArrivalLine& l) {
+        // Four decimals, as the rates are kept.
+        l.rateUnit = roundHalfEven(rates->ratePerUnit, 4);
+        l.bagsRate = roundHalfEven(rates->pricePerBag, 4);
+        l.rateUnitName = unitName;
+        if (const auto unit = unitNamed(unitName))
+            l.weightInKgs = unit->weightInKgs;
+    });
     recompute(row, ColQty);
 }
 
@@ -441,56 +425,47 @@ std::optional<RateUnitInfo> FrmArrivalsRate::unitNamed(const QString& name) cons
     return RateUnitInfo{name, m_unitWeights.value(key, 0.0)};
 }
 
-std::optional<Refusal> FrmArrivalsRate::checkCell(int, int column, const QString& text) {
+std::optional<Objection> FrmArrivalsRate::checkCell(int, int column, const QString& text) {
     ArrivalCellContext c;
     c.hasCenter = !m_cboPRCenter->text().isEmpty();
     c.remainingBags = m_txtRemainingBags->text();
     c.remainingWeight = m_txtRemainingWeight->text();
     c.bagClasses = names(m_bagClasses);
     c.bagTypes = names(m_bagTypes);
-    const ArrivalCellVerdict v = checkArrivalCell(column, text, c);
-    switch (v.kind) {
-    case ArrivalCellVerdict::Accept:
+    if (auto refusal = checkArrivalCell(column, text, c))
+        return refusal;
+    if (!exceedsQuota(column, text, c))
         return std::nullopt;
-    case ArrivalCellVerdict::Refuse:
-        return Refusal{v.message};
-    case ArrivalCellVerdict::AskQuota:
-        break;
-    }
     msg::inform(this, kQuotaNotice);
     if (msg::askYesNo(this, kQuotaQuestion, msg::kAlert, QMessageBox::Information))
         return std::nullopt;
-    return Refusal{QString()}; // the clerk has answered; no further box
+    return Objection::quiet(); // the clerk has answered; no further box
 }
 
 void FrmArrivalsRate::recompute(int row, int column) {
-    LineGridModel* model = lines();
-    if (row < 0 || row >= model->lineCount())
+    if (row < 0 || row >= lines()->lineCount())
         return;
-    ArrivalRow r = model->rows().at(size_t(row));
-    while (r.size() < ArrivalColumnCount)
-        r.append(QString());
-    switch (column) {
-    case ColQty:
-    case ColBags:
-        recalcAfterQtyOrBags(r, m_commodityUnit);
-        break;
-    case ColGross:
-        recalcAfterGross(r);
-        break;
-    case ColPerBag:
-    case ColOther:
-        RecalcLineNet(r);
-        break;
-    case ColRateUnitId:
-        applyRateUnit(r, unitNamed(r[ColRateUnitId]));
-        break;
-    default:
-        return;
-    }
-    for (int c = 0; c < ArrivalColumnCount; ++c)
-        if (model->cellText(row, c) != r[c])
-            model->setCell(row, c, r[c]);
+    const auto change = [&](ArrivalLine& l) {
+        switch (column) {
+        case ColQty:
+        case ColBags:
+            recalcAfterQtyOrBags(l, m_commodityUnit);
+            break;
+        case ColGross:
+            recalcAfterGross(l);
+            break;
+        case ColPerBag:
+        case ColOther:
+            RecalcLineNet(l);
+            break;
+        case ColRateUnitId:
+            applyRateUnit(l, unitNamed(l.rateUnitName));
+            break;
+        default:
+            break;
+        }
+    };
+    lines()->updateLine<ArrivalLine>(row, change);
     RefreshArrivalFooters();
 }
 
@@ -505,8 +480,8 @@ int FrmArrivalsRate::arrivalIdOnScreen() const {
     return int(leadingNumber(m_txtArrivalId->text()));
 }
 
-bool FrmArrivalsRate::LoadArrival(int arrivalId) {
-    const auto doc = m_store.load(arrivalId);
+bool FrmArrivalsRate::loadDocument(qint64 arrivalId) {
+    const auto doc = m_store.load(int(arrivalId));
     if (!doc)
         return false;
     Quiet quiet(m_quiet);
@@ -529,52 +504,32 @@ bool FrmArrivalsRate::LoadArrival(int arrivalId) {
     m_cboPRCenter->setEnabled(!viaContract);
     m_cboPermitNo->setEnabled(!viaContract);
 
-    std::vector<QStringList> rows;
-    for (const ArrivalLineData& l : doc->lines) {
-        ArrivalRow r = emptyArrivalRow();
-        r[ColVehicleNo] = l.vehicleNo;
-        r[ColClass] = l.bagsClass;
-        r[ColType] = l.bagsType;
-        r[ColQty] = formatNumber(l.noOfBags);
-        r[ColBags] = formatNumber(l.bagWeight);
-        r[ColGross] = formatNumber(l.noOfBags * l.bagWeight);
-        r[ColPerBag] = formatNumber(l.bagsDeduction);
-        r[ColOther] = formatNumber(l.otherDeduction);
-        r[ColDriverName] = l.driverName;
-        r[ColBiltyNo] = l.biltyNo;
-        r[ColRateUnit] = formatNumber(l.rateUnit);
-        r[ColBagRate] = formatNumber(l.bagsRate);
-        r[ColRateUnitId] = l.rateUnitName;
-        if (l.rateUnitId)
-            r[ColWeighInKgs] = formatNumber(l.weightInKgs);
-        rows.push_back(r);
+    std::vector<ArrivalLine> loaded = doc->lines;
+    for (ArrivalLine& l : loaded) {
+        // Gross and net are the screen's own working, as when they were typed.
+        l.gross = l.noOfBags * l.bagWeight;
+        l.netWeight = Figure();
+        if (!l.rateUnitId)
+            l.weightInKgs = Figure();
     }
-    lines()->setLines(std::move(rows));
+    m_grid->setLines(std::move(loaded));
     for (int i = 0; i < lines()->lineCount(); ++i)
         recompute(i, ColQty);
     RefreshArrivalFooters();
-    IsOpened = true;
-    OpenedDocumentId = doc->arrivalId;
     return true;
 }
 
-void FrmArrivalsRate::openDocument() {
-    const int picked = m_arrivalSearch ? m_arrivalSearch(this) : showArrivalSearch(this, context());
-    if (picked != 0)
-        OpenedDocumentId = picked;
-    LoadArrival(OpenedDocumentId);
-    ModeWord = QStringLiteral("OpenMode");
-    SetScreenMode(3);
-    const int purchase = m_store.isInvoiced(OpenedDocumentId);
-    if (purchase != 0) {
-        msg::show(this,
-                  QStringLiteral("This arrival is not editable because it has been used in "
-                                 "Purchase Invoice No.(") +
-                      QString::number(purchase) + QLatin1Char(')'),
-                  msg::kAlert, QMessageBox::Warning, QMessageBox::Ok);
-        if (QPushButton* remove = button(Button::Remove))
-            remove->setEnabled(false);
-    }
+void FrmArrivalsRate::documentOpened() {
+    const int purchase = m_store.isInvoiced(int(documentId()));
+    if (purchase == 0)
+        return;
+    msg::show(this,
+              QStringLiteral("This arrival is not editable because it has been used in "
+                             "Purchase Invoice No.(") +
+                  QString::number(purchase) + QLatin1Char(')'),
+              msg::kAlert, QMessageBox::Warning, QMessageBox::Ok);
+    if (QPushButton* remove = button(Button::Remove))
+        remove->setEnabled(false);
 }
 
 // ---- Save, remove, print --------------------------------------------------------------------
@@ -593,73 +548,31 @@ ArrivalDocument FrmArrivalsRate::documentOnScreen() const {
     a.commodityId = m_cboCommodity->currentKey().toLongLong();
     if (!m_cboContract->text().isEmpty())
         a.contractId = qint64(leadingNumber(m_cboContract->text()));
-    for (const QStringList& r : lines()->rows()) {
-        const auto cell = [&r](int c) { return c < r.size() ? r.at(c) : QString(); };
-        ArrivalLineData l;
-        l.vehicleNo = cell(ColVehicleNo);
-        l.bagsClassId = findKey(m_bagClasses, cell(ColClass)).toLongLong();
-        l.bagsTypeId = findKey(m_bagTypes, cell(ColType)).toLongLong();
-        l.noOfBags = leadingNumber(cell(ColQty));
-        l.bagWeight = leadingNumber(cell(ColBags));
-        l.bagsDeduction = leadingNumber(cell(ColPerBag));
-        l.otherDeduction = leadingNumber(cell(ColOther));
-        l.driverName = cell(ColDriverName);
-        l.biltyNo = cell(ColBiltyNo);
-        l.rateUnit = leadingNumber(cell(ColRateUnit));
-        l.bagsRate = leadingNumber(cell(ColBagRate));
-        l.rateUnitId = findKey(m_units, cell(ColRateUnitId)).toLongLong();
-        l.weightInKgs = leadingNumber(cell(ColWeighInKgs));
-        a.lines.push_back(l);
+    a.lines = m_grid->lines<ArrivalLine>();
+    for (ArrivalLine& l : a.lines) {
+        l.bagsClassId = findKey(m_bagClasses, l.bagsClass).toLongLong();
+        l.bagsTypeId = findKey(m_bagTypes, l.bagsType).toLongLong();
+        l.rateUnitId = findKey(m_units, l.rateUnitName).toLongLong();
     }
     return a;
 }
 
 void FrmArrivalsRate::saveDocument() {
+    const ArrivalDocument doc = documentOnScreen();
     ArrivalSaveInput in;
-    in.sellerKey = m_cboPRCenter->text().isEmpty() ? m_cboSeller->currentKey()
-                                                   : context().hostSettings().DFCAccountNo;
+    in.sellerKey = doc.sellerId;
     in.commodityKey = m_cboCommodity->currentKey();
     in.arrivalIdText = m_txtArrivalId->text();
-    in.isOpened = IsOpened;
-    in.rows = lines()->rows();
+    in.isOpened = isOpened();
+    in.lines = doc.lines;
     in.bagClasses = names(m_bagClasses);
     in.bagTypes = names(m_bagTypes);
-    const auto failure = ValidateArrival(in, [this](int id) { return m_store.exists(id); });
-    if (failure) {
-        if (failure->drawNewId) {
-            // One key from here on: shown, and used by every statement of the next save.
-            OpenedDocumentId = m_store.nextArrivalId();
-            m_txtArrivalId->setText(QString::number(OpenedDocumentId));
-        }
-        msg::show(this, failure->message, failure->title, boxIcon(failure->icon), QMessageBox::Ok);
-        if (failure->row >= 0) {
-            m_grid->setCurrentIndex(lines()->index(failure->row, failure->column));
-            m_grid->setFocus();
-        } else if (!failure->focus.isEmpty()) {
-            if (auto* w = findChild<QWidget*>(failure->focus))
-                w->setFocus();
-        }
+    if (const auto objection = ValidateArrival(in, m_store)) {
+        object(*objection);
         return;
     }
-    const ArrivalDocument doc = documentOnScreen();
-    try {
-        m_store.save(doc, !IsOpened);
-    } catch (const ArrivalRefusal& refusal) {
-        msg::show(this, refusal.description(), refusal.source(),
-                  refusal.icon() == ArrivalRefusal::Icon::Information ? QMessageBox::Information
-                                                                      : QMessageBox::Warning,
-                  QMessageBox::Ok);
-        if (refusal.row() >= 0) {
-            m_grid->setCurrentIndex(lines()->index(refusal.row(), ColBags));
-            m_grid->setFocus();
-        }
-        return;
-    }
-    OpenedDocumentId = doc.arrivalId;
-    if (msg::askPrint(this))
-        guard([this] { printDocument(); });
-    SetScreenMode(1);
-    m_dtpArrivalDate->setFocus();
+    m_store.save(doc, !isOpened());
+    documentSaved(doc.arrivalId);
 }
 
 void FrmArrivalsRate::printDocument() {
@@ -670,15 +583,8 @@ void FrmArrivalsRate::printDocument() {
 void FrmArrivalsRate::removeDocument() {
     if (!msg::askYesNo(this, QStringLiteral("Are you sure to remove this arrival?"), msg::kAlert))
         return;
-    try {
-        m_store.remove(OpenedDocumentId);
-    } catch (const ArrivalRefusal& refusal) {
-        msg::show(this, refusal.description(), refusal.source(), QMessageBox::Warning,
-                  QMessageBox::Ok);
-        return;
-    }
-    SetScreenMode(1);
-    m_dtpArrivalDate->setFocus();
+    m_store.remove(int(documentId()));
+    clearDocument();
 }
 
 } // namespace gm

@@ -8,7 +8,6 @@
 
 #include <QHash>
 
-#include <functional>
 #include <optional>
 
 class QGroupBox;
@@ -27,16 +26,7 @@ public:
     explicit FrmArrivalsRate(const Context& ctx, QWidget* parent = nullptr);
     ~FrmArrivalsRate() override;
 
-    bool IsOpened = false;
-
-    // The search Open uses; default the real arrival search. Tests may replace it.
-    using ArrivalSearch = std::function<int(QWidget* owner)>;
-    void setArrivalSearch(ArrivalSearch search) { m_arrivalSearch = std::move(search); }
-
-    void NextDocumentId();
     void LoadArrivalLookups();
-    // Loads the arrival into the screen; false when there is no such arrival with vehicles.
-    bool LoadArrival(int arrivalId);
     void RefreshRemaining();
     void RefreshArrivalFooters();
 
@@ -51,8 +41,11 @@ protected:
     void afterClearWalk() override;
     void saveDocument() override;
     void printDocument() override;
-    void openDocument() override;
     void removeDocument() override;
+    qint64 nextDocumentId() override;
+    // Loads the arrival into the screen; false when there is no such arrival with vehicles.
+    bool loadDocument(qint64 arrivalId) override;
+    void documentOpened() override;
 
 private:
     void buildUi();
@@ -68,7 +61,7 @@ private:
     void permitChosen();
     void sellerTypeChosen();
 
-    std::optional<Refusal> checkCell(int row, int column, const QString& text);
+    std::optional<Objection> checkCell(int row, int column, const QString& text);
     void recompute(int row, int column);
     std::optional<RateUnitInfo> unitNamed(const QString& name) const;
     void placeSeller(const QString& displayName);
@@ -77,7 +70,6 @@ private:
     ArrivalDocument documentOnScreen() const;
 
     ArrivalStore m_store;
-    ArrivalSearch m_arrivalSearch;
 
     QLineEdit* m_txtArrivalId = nullptr;
     DateEdit* m_dtpArrivalDate = nullptr;

@@ -19,9 +19,9 @@ constexpr int kPP100 = 1;
 constexpr int kNew = 1;
 constexpr int kUsed = 2;
 
-ArrivalLineData line(const char* vehicle, double bags, double bagWeight, double perBag,
-                     double other, int type, int cls, const char* driver, const char* bilty) {
-    ArrivalLineData l;
+ArrivalLine line(const char* vehicle, double bags, double bagWeight, double perBag, double other,
+                 int type, int cls, const char* driver, const char* bilty) {
+    ArrivalLine l;
     l.vehicleNo = QString::fromUtf8(vehicle);
     l.noOfBags = bags;
     l.bagWeight = bagWeight;
@@ -38,7 +38,7 @@ void priced(const Conn& conn, ArrivalDocument& a, double ratePerUnit, double bag
             qint64 unit) {
     const double kgs = toDouble(
         scalar(conn, QStringLiteral("SELECT WeightInKgs FROM Units WHERE UnitId = ?"), {unit}));
-    for (ArrivalLineData& l : a.lines) {
+    for (ArrivalLine& l : a.lines) {
         l.rateUnit = ratePerUnit;
         l.bagsRate = bagsRate;
         l.rateUnitId = unit;

@@ -1,5 +1,7 @@
 #include "contracts/ContractStore.h"
 
+#include "contracts/ContractValidation.h"
+
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 #include "services/ReferentialGuard.h"
@@ -109,20 +111,22 @@ std::optional<ContractRecord> ContractStore::load(qint64 contractId) const {
     return r;
 }
 
-ContractStore::InsertResult ContractStore::insert(const PurchaseContract& contract) {
+void ContractStore::insert(const PurchaseContract& contract) {
+    const auto taken = [&] {
+        return Objected(Objection::warning(kContractIdTaken).withNewDocumentId(nextContractId()));
+    };
     try {
         Transaction tx(m_conn);
         // Tested inside the write so that a number shown on two screens is written once.
         if (exists(contract.contractId))
-            return InsertResult::NumberTaken;
+            throw taken();
         insertWithin(contract);
         tx.commit();
-        return InsertResult::Inserted;
     } catch (const DbError&) {
         // Another connection may have written the same number between the test and the
         // insert, and the key refused ours. Anything else is a real failure.
         if (exists(contract.contractId))
-            return InsertResult::NumberTaken;
+            throw taken();
         throw;
     }
 }
@@ -143,23 +147,18 @@ bool ContractStore::update(const PurchaseContract& contract) {
     return found;
 }
 
-ContractStore::RemoveResult ContractStore::remove(qint64 contractId) {
+void ContractStore::remove(qint64 contractId) {
     Transaction tx(m_conn);
-    RemoveResult result;
     // Asked inside the removal so that no arrival or invoice can take the contract up
     // between the question and the delete.
-    result.usedIn = FindReferencingTable(m_conn, QStringLiteral("PContracts"),
-                                         {{QStringLiteral("ContractId"), contractId}});
-    if (!result.usedIn.isEmpty())
-        return result;
+    refuseIfReferenced(m_conn, QStringLiteral("PContracts"),
+                       {{QStringLiteral("ContractId"), contractId}});
     // The server posts a contract's effects while IsPosted is 1; clearing it first lets
     // the server take them back before the row goes.
     execute(m_conn, QStringLiteral("UPDATE PContracts SET IsPosted = 0 WHERE ContractId = ?"),
             {contractId});
     execute(m_conn, QStringLiteral("DELETE FROM PContracts WHERE ContractId = ?"), {contractId});
     tx.commit();
-    result.removed = true;
-    return result;
 }
 
 } // namespace gm

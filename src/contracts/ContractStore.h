@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/PurchaseContract.h"
+#include "services/DocumentKeys.h"
 
 #include <optional>
 
@@ -8,22 +9,14 @@ namespace gm {
 
 class Conn;
 
-// What the contract checks need to know about numbers already given out. The store answers
-// from the database; checks can be exercised against any other answer.
-class ContractKeys {
-public:
-    virtual ~ContractKeys() = default;
-    // The number a new contract would take now: one above the highest in use.
-    virtual qint64 nextContractId() const = 0;
-    virtual bool exists(qint64 contractId) const = 0;
-};
-
-// Reads and writes PContracts. Every write is one transaction of its own.
-class ContractStore final : public ContractKeys {
+// Reads and writes PContracts. Every write is one transaction of its own; refusals come as
+// Objected, after it rolled back.
+class ContractStore final : public DocumentKeys {
 public:
     explicit ContractStore(const Conn& conn) : m_conn(conn) {}
 
-    qint64 nextContractId() const override;
+    qint64 nextContractId() const;
+    qint64 nextDocumentId() const override { return nextContractId(); }
     bool exists(qint64 contractId) const override;
 
     // The contract with the names of its commodity, seller, broker and unit; nothing when no
@@ -31,22 +24,17 @@ public:
     // broker loads with an empty broker name.
     std::optional<ContractRecord> load(qint64 contractId) const;
 
-    enum class InsertResult { Inserted, NumberTaken };
-    // Adds a new contract. A number that another clerk took meanwhile is reported, never
-    // written over.
-    InsertResult insert(const PurchaseContract& contract);
+    // Adds a new contract. A number that another clerk took meanwhile is refused with the
+    // next free one, never written over.
+    void insert(const PurchaseContract& contract);
     // Writes a new row as part of a transaction the caller already holds (several documents
     // loaded as one); a taken number fails like any other refused statement.
     void insertWithin(const PurchaseContract& contract);
     // Writes an existing contract by its number; false when the row is gone.
     bool update(const PurchaseContract& contract);
 
-    struct RemoveResult {
-        bool removed = false;
-        QString usedIn; // the table that still refers to the contract, when refused
-    };
-    // Removes a contract that nothing refers to.
-    RemoveResult remove(qint64 contractId);
+    // Removes a contract that nothing refers to; refused otherwise.
+    void remove(qint64 contractId);
 
 private:
     const Conn& m_conn;

@@ -1,6 +1,5 @@
 #include "contracts/ContractValidation.h"
 
-#include "contracts/ContractStore.h"
 #include "services/Numeric.h"
 
 #include <cmath>
@@ -9,16 +8,8 @@ namespace gm {
 
 namespace {
 
-const QString kAlert = QStringLiteral("Alert");
-
-ContractCheck refuse(const QString& message, const QString& focus) {
-    ContractCheck c;
-    c.ok = false;
-    c.message = message;
-    c.title = kAlert;
-    c.icon = ContractCheck::Icon::Exclamation;
-    c.focusControl = focus;
-    return c;
+Objection refuse(const QString& message, const QString& focus) {
+    return Objection::warning(message, focus);
 }
 
 } // namespace
@@ -27,29 +18,21 @@ qint64 contractNumber(const QString& text) {
     return static_cast<qint64>(std::trunc(leadingNumber(text.trimmed())));
 }
 
-ContractCheck validateContract(const ContractEntry& e, const ContractKeys& keys) {
+std::optional<Objection> validateContract(const ContractEntry& e, const DocumentKeys& keys) {
     if (e.sellerText.trimmed().isEmpty() && e.brokerText.trimmed().isEmpty())
         return refuse(QStringLiteral("Please select a broker and try again"),
                       QStringLiteral("CboBroker"));
 
     const qint64 number = contractNumber(e.contractIdText);
     // A number below 1 cannot be a key that others will look up: draw a real one.
-    if (e.contractIdText.trimmed().isEmpty() || number <= 0) {
-        ContractCheck c;
-        c.ok = false;
-        c.message = QStringLiteral("Invalid purchase Id. A new Purchase has been automatically "
-                                   "generated. Please save again");
-        c.newContractId = keys.nextContractId();
-        return c;
-    }
+    if (e.contractIdText.trimmed().isEmpty() || number <= 0)
+        return Objection::info(QStringLiteral("Invalid purchase Id. A new Purchase has been "
+                                              "automatically generated. Please save again"))
+            .titled(QString(), Objection::Icon::None)
+            .withNewDocumentId(keys.nextDocumentId());
 
-    if (!e.isOpened && keys.exists(number)) {
-        ContractCheck c = refuse(QStringLiteral("The Contract ID already exists. A new ID has "
-                                                "been generated. Please save your record again"),
-                                 QString());
-        c.newContractId = keys.nextContractId();
-        return c;
-    }
+    if (!e.isOpened && keys.exists(number))
+        return refuse(kContractIdTaken, QString()).withNewDocumentId(keys.nextDocumentId());
 
     if (e.sellerText.trimmed().isEmpty() || e.sellerKey.trimmed().isEmpty())
         return refuse(QStringLiteral("Please select a seller and try again"),
@@ -69,7 +52,7 @@ ContractCheck validateContract(const ContractEntry& e, const ContractKeys& keys)
     if (leadingNumber(e.ratePerUnitText) <= 0)
         return refuse(QStringLiteral("Rate must be greater than 0"),
                       QStringLiteral("TxtRatePerUnit"));
-    return ContractCheck::passed();
+    return std::nullopt;
 }
 
 } // namespace gm

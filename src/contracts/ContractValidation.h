@@ -1,5 +1,8 @@
 #pragma once
 
+#include "services/DocumentKeys.h"
+#include "services/Objection.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -7,7 +10,8 @@
 
 namespace gm {
 
-class ContractKeys;
+inline const QString kContractIdTaken = QStringLiteral(
+    "The Contract ID already exists. A new ID has been generated. Please save your record again");
 
 // What the contract screen holds at the moment Save is pressed, as the clerk left it.
 struct ContractEntry {
@@ -24,23 +28,9 @@ struct ContractEntry {
     QString ratePerUnitText;
 };
 
-// The first objection to saving, with the box that tells it.
-struct ContractCheck {
-    enum class Icon { None, Exclamation };
-
-    bool ok = true;
-    QString message;
-    QString title;
-    Icon icon = Icon::None;
-    QString focusControl;                // objectName of the field to correct, or empty
-    std::optional<qint64> newContractId; // a fresh number to show in place of the typed one
-
-    static ContractCheck passed() { return {}; }
-};
-
 // Checks an entry in the order the clerk is told of problems, stopping at the first.
-// Only the number checks consult `keys`.
-ContractCheck validateContract(const ContractEntry& entry, const ContractKeys& keys);
+// Only the number checks consult `keys`; an unusable number comes back with a fresh one.
+std::optional<Objection> validateContract(const ContractEntry& entry, const DocumentKeys& keys);
 
 // The number a clerk typed as the contract's number: its leading whole number.
 qint64 contractNumber(const QString& text);

@@ -40,6 +40,7 @@ ScreenTraits contractTraits() {
     t.clearTitle = msg::kConfirmation;
     t.clearIcon = QMessageBox::Question;
     t.focusAfterClear = {QStringLiteral("DtpContractDate")};
+    t.idField = QStringLiteral("TxtContractID");
     return t;
 }
 
@@ -50,14 +51,12 @@ LookupList fixedList(const QStringList& texts) {
     return list;
 }
 
-const QString kTakenMessage = QStringLiteral(
-    "The Contract ID already exists. A new ID has been generated. Please save your record again");
-
 } // namespace
 
 FrmPurchaseContract::FrmPurchaseContract(const Context& ctx, QWidget* parent)
     : DocumentScreen(ctx, contractTraits(), parent) {
     buildUi();
+    setDocumentSearch([this](QWidget* owner) { return showContractSearch(owner, context()); });
     guard([this] { SetScreenMode(1); });
 }
 
@@ -229,60 +228,34 @@ void FrmPurchaseContract::partyTypeChosen(LookupCombo* typeCombo, LookupCombo* p
     guard([=, this] { fillParties(typeCombo, partyCombo); });
 }
 
-void FrmPurchaseContract::NextDocumentId() {
-    ContractStore store(context().db());
-    OpenedDocumentId = static_cast<qint32>(store.nextContractId());
-    m_contractId->setText(QString::number(OpenedDocumentId));
-    const QDate today = QDate::currentDate();
-    m_contractDate->setDate(today);
-    m_deliveryStart->setDate(today);
-    m_deliveryEnd->setDate(today);
+qint64 FrmPurchaseContract::nextDocumentId() {
+    return ContractStore(context().db()).nextContractId();
 }
 
 void FrmPurchaseContract::modeEntered(int mode) {
     if (mode == 1) {
         LoadContractLists();
         NextDocumentId();
+        const QDate today = QDate::currentDate();
+        m_contractDate->setDate(today);
+        m_deliveryStart->setDate(today);
+        m_deliveryEnd->setDate(today);
         m_percentage->setChecked(true);
         for (QCheckBox* box : {m_withBags, m_deliveryInMill, m_paymentOnSite, m_completed})
             box->setChecked(false);
-        IsOpened = false;
     } else if (mode == 3) {
         // An opened contract keeps its number; a new number comes only with a new contract.
         m_contractId->setEnabled(false);
     }
 }
 
-void FrmPurchaseContract::ClearScreen() {
-    DocumentScreen::ClearScreen();
-}
-
-void FrmPurchaseContract::afterClearWalk() {
-    ModeWord.clear();
-    IsOpened = false;
-}
-
-void FrmPurchaseContract::openDocument() {
-    OpenContract(true);
-}
-
-void FrmPurchaseContract::OpenContract(bool ask) {
-    qint64 id = 0;
-    if (ask) {
-        id = showContractSearch(this, context());
-        if (id == 0)
-            return;
-    } else {
-        id = contractNumber(m_contractId->text());
-    }
-    OpenedDocumentId = static_cast<qint32>(id);
+bool FrmPurchaseContract::loadDocument(qint64 contractId) {
+    const auto record = ContractStore(context().db()).load(contractId);
+    if (!record)
+        return false;
     ClearScreen();
-    const auto record = ContractStore(context().db()).load(id);
-    if (record)
-        showRecord(*record);
-    IsOpened = true;
-    SetScreenMode(3);
-    ModeWord = QStringLiteral("OpenMode");
+    showRecord(*record);
+    return true;
 }
 
 void FrmPurchaseContract::placeParty(LookupCombo* typeCombo, LookupCombo* partyCombo,
@@ -356,25 +329,12 @@ PurchaseContract FrmPurchaseContract::contractFromScreen() const {
     return c;
 }
 
-void FrmPurchaseContract::focusControl(const QString& name) {
-    if (name.isEmpty())
-        return;
-    auto* w = findChild<QWidget*>(name);
-    if (w && w->isEnabled())
-        w->setFocus(Qt::OtherFocusReason);
-}
-
-void FrmPurchaseContract::showNewNumber(qint64 id) {
-    m_contractId->setText(QString::number(id));
-    OpenedDocumentId = static_cast<qint32>(id);
-}
-
 void FrmPurchaseContract::saveDocument() {
     ContractStore store(context().db());
 
     ContractEntry entry;
     entry.contractIdText = m_contractId->text();
-    entry.isOpened = IsOpened;
+    entry.isOpened = isOpened();
     entry.sellerText = m_seller->text();
     entry.sellerKey = m_seller->currentKey();
     entry.brokerText = m_broker->text();
@@ -385,38 +345,17 @@ void FrmPurchaseContract::saveDocument() {
     entry.quantityText = m_quantity->text();
     entry.ratePerUnitText = m_ratePerUnit->text();
 
-    const ContractCheck check = validateContract(entry, store);
-    if (!check.ok) {
-        msg::show(this, check.message, check.title,
-                  check.icon == ContractCheck::Icon::Exclamation ? QMessageBox::Warning
-                                                                 : QMessageBox::NoIcon,
-                  QMessageBox::Ok);
-        if (check.newContractId)
-            showNewNumber(*check.newContractId);
-        focusControl(check.focusControl);
+    if (const auto objection = validateContract(entry, store)) {
+        object(*objection);
         return;
     }
 
     const PurchaseContract contract = contractFromScreen();
-    if (IsOpened) {
-        // Written over its own row; one removed meanwhile comes back under its number.
-        if (!store.update(contract) &&
-            store.insert(contract) == ContractStore::InsertResult::NumberTaken)
-            return;
-    } else if (store.insert(contract) == ContractStore::InsertResult::NumberTaken) {
-        // Another clerk saved under this number since the check: nothing is written over.
-        msg::show(this, kTakenMessage, msg::kAlert, QMessageBox::Warning, QMessageBox::Ok);
-        showNewNumber(store.nextContractId());
-        return;
-    }
-
-    IsOpened = false;
-    OpenedDocumentId = static_cast<qint32>(contract.contractId);
-    if (msg::askPrint(this))
-        printDocument();
-    ClearScreen();
-    SetScreenMode(1);
-    focusControl(QStringLiteral("DtpContractDate"));
+    // An opened contract is written over its own row; one removed meanwhile comes back under
+    // its number.
+    if (!isOpened() || !store.update(contract))
+        store.insert(contract);
+    documentSaved(contract.contractId);
 }
 
 void FrmPurchaseContract::printDocument() {
@@ -437,17 +376,8 @@ void FrmPurchaseContract::removeDocument() {
     if (!msg::askYesNo(this, QStringLiteral("Are you sure to remove this contract?"), msg::kAlert,
                        QMessageBox::Question))
         return;
-    const auto result = ContractStore(context().db()).remove(OpenedDocumentId);
-    if (!result.removed) {
-        msg::show(this,
-                  QStringLiteral("Cannot remove this invoice because it is used in (") +
-                      result.usedIn + QStringLiteral(") table"),
-                  msg::kAlert, QMessageBox::Warning, QMessageBox::Ok);
-        return;
-    }
-    ClearScreen();
-    SetScreenMode(1);
-    focusControl(QStringLiteral("DtpContractDate"));
+    ContractStore(context().db()).remove(documentId());
+    clearDocument();
 }
 
 } // namespace gm

@@ -24,22 +24,15 @@ public:
     explicit FrmPurchaseContract(const Context& ctx, QWidget* parent = nullptr);
     ~FrmPurchaseContract() override;
 
-    bool IsOpened = false; // a saved contract is on the screen
-
     void LoadContractLists();
-    void NextDocumentId();
-    // Opens a contract: through the contract search when `ask`, else the number typed in
-    // TxtContractID.
-    void OpenContract(bool ask);
-    void ClearScreen() override;
 
 protected:
     void modeEntered(int mode) override;
-    void afterClearWalk() override;
     void saveDocument() override;
     void printDocument() override;
-    void openDocument() override;
     void removeDocument() override;
+    qint64 nextDocumentId() override;
+    bool loadDocument(qint64 contractId) override;
 
 private:
     void buildUi();
@@ -51,8 +44,6 @@ private:
                     const QString& name);
     void showRecord(const ContractRecord& record);
     PurchaseContract contractFromScreen() const;
-    void focusControl(const QString& name);
-    void showNewNumber(qint64 id);
 
     QLineEdit* m_contractId = nullptr;
     DateEdit* m_contractDate = nullptr;

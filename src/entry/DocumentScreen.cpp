@@ -20,6 +20,7 @@ namespace gm {
 namespace {
 
 const QString kChangeMode = QStringLiteral("ChangeMode");
+const QString kOpenMode = QStringLiteral("OpenMode");
 
 constexpr int buttonIndex(Button b) {
     return int(b);
@@ -123,6 +124,8 @@ void DocumentScreen::SetScreenMode(int mode) {
     if (mode < 1 || mode > 3)
         return;
     m_mode = mode;
+    if (mode == int(Mode::New))
+        m_opened = false;
     const auto& states = m_traits.modes[size_t(mode - 1)];
     for (auto& [which, b] : m_buttons) {
         switch (states[size_t(buttonIndex(which))]) {
@@ -168,7 +171,64 @@ void DocumentScreen::ClearScreen() {
         else if (auto* plainText = qobject_cast<QPlainTextEdit*>(w))
             plainText->clear();
     }
+    // Whatever was on the screen has gone: no document is opened or changed any more.
+    ModeWord.clear();
+    m_opened = false;
     afterClearWalk();
+}
+
+void DocumentScreen::showDocumentId(qint64 id) {
+    OpenedDocumentId = static_cast<qint32>(id);
+    if (m_traits.idField.isEmpty())
+        return;
+    if (auto* field = findChild<QLineEdit*>(m_traits.idField))
+        field->setText(QString::number(id));
+}
+
+void DocumentScreen::NextDocumentId() {
+    showDocumentId(nextDocumentId());
+}
+
+void DocumentScreen::openDocument() {
+    const int id = m_documentSearch ? m_documentSearch(this) : 0;
+    if (id != 0)
+        openDocumentById(id);
+}
+
+bool DocumentScreen::openDocumentById(qint64 id) {
+    if (!loadDocument(id))
+        return false;
+    OpenedDocumentId = static_cast<qint32>(id);
+    m_opened = true;
+    ModeWord = kOpenMode;
+    SetScreenMode(int(Mode::Opened));
+    documentOpened();
+    return true;
+}
+
+void DocumentScreen::documentSaved(qint64 id) {
+    OpenedDocumentId = static_cast<qint32>(id);
+    m_opened = false;
+    if (msg::askPrint(this))
+        guard([this] { printDocument(); });
+    clearDocument();
+}
+
+void DocumentScreen::object(const Objection& objection) {
+    if (objection.newDocumentId)
+        showDocumentId(*objection.newDocumentId);
+    msg::showObjection(this, objection);
+    if (objection.focus.isEmpty())
+        return;
+    auto* target = findChild<QWidget*>(objection.focus);
+    if (!target || !target->isEnabled())
+        return;
+    if (auto* view = qobject_cast<QAbstractItemView*>(target); view && objection.row >= 0) {
+        const int column =
+            objection.column >= 0 ? objection.column : qMax(0, view->currentIndex().column());
+        view->setCurrentIndex(view->model()->index(objection.row, column));
+    }
+    target->setFocus(Qt::OtherFocusReason);
 }
 
 QWidget* DocumentScreen::activeControl() const {
@@ -209,7 +269,19 @@ void DocumentScreen::applyMark() {
 }
 
 bool DocumentScreen::guard(const std::function<void()>& work) {
-    return guarded(this, work);
+    std::optional<Objection> raised;
+    const bool ran = guarded(this, [&] {
+        try {
+            work();
+        } catch (const Objected& o) {
+            raised = o.objection();
+        }
+    });
+    if (raised) {
+        object(*raised);
+        return false;
+    }
+    return ran;
 }
 
 void DocumentScreen::ShowErrorBox(const QString& description, const QString& source) {

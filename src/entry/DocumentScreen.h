@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entry/Forms.h"
+#include "services/Objection.h"
 
 #include <QMessageBox>
 #include <QPointer>
@@ -22,6 +23,10 @@ struct PartyChoice;
 
 // The buttons a document screen may have, in the order they stand on the button row.
 enum class Button { Save, Print, Clear, Open, Remove, Close };
+
+// The life of the document on a screen: a new one being typed, one changed since it was new
+// or opened, and a saved one opened and shown as it stands.
+enum class Mode { New = 1, Changed = 2, Opened = 3 };
 
 // What one button does when the screen enters a mode.
 enum class ButtonState { Keep, On, Off };
@@ -58,6 +63,10 @@ struct ScreenTraits {
     };
     TopMark topMark = TopMark::None;
 
+    // The field that shows the document's number ("TxtArrivalID"); Objections that draw a new
+    // number write it there.
+    QString idField;
+
     bool ctrlOpens = true;               // Ctrl+O opens when BtnOpen is enabled
     bool ctrlShiftDeleteRemoves = false; // Ctrl+Shift+Delete removes when BtnRemove is enabled
     QStringList partySearchCombos;       // F1 here runs the party search ("CboSeller", "CboBroker")
@@ -93,11 +102,22 @@ public:
     const Context& context() const { return m_ctx; }
 
     QString ModeWord;
+    // The number of the document on the screen: drawn for a new one, the saved one's when
+    // opened.
     qint32 OpenedDocumentId = 0;
     int screenMode() const { return m_mode; }
+    Mode mode() const { return Mode(m_mode); }
+    qint64 documentId() const { return OpenedDocumentId; }
+    // A saved document is on the screen: its number is its own, not a new one's.
+    bool isOpened() const { return m_opened; }
 
     // Sets the buttons from the mode table, then runs modeEntered(mode).
     void SetScreenMode(int mode);
+    void setMode(Mode mode) { SetScreenMode(int(mode)); }
+    // Shows `id` as the document's number (OpenedDocumentId and the idField).
+    void showDocumentId(qint64 id);
+    // Draws the number a new document takes now and shows it.
+    void NextDocumentId();
     // Empties every Txt*/Cbo* field (lists stay), then runs afterClearWalk().
     virtual void ClearScreen();
 
@@ -122,9 +142,20 @@ public:
     void clickRemove();
     void clickClose();
 
-    // Guarded run of a handler: errors end in ShowErrorBox with this screen as parent.
+    // Guarded run of a handler: an Objected ends in object(), errors in ShowErrorBox with this
+    // screen as parent.
     bool guard(const std::function<void()>& work);
     void ShowErrorBox(const QString& description, const QString& source);
+    // Tells the clerk why: a fresh number shown first when one was drawn, then the box, then
+    // the focus on the field to mend (or the grid on its line and column).
+    void object(const Objection& objection);
+
+    // Opens the saved document with this number, as Open does after its search.
+    bool openDocumentById(qint64 id);
+    // The search Open uses: a number, 0 when the clerk chose nothing. Screens set their own;
+    // tests may replace it.
+    using DocumentSearch = std::function<int(QWidget* owner)>;
+    void setDocumentSearch(DocumentSearch search) { m_documentSearch = std::move(search); }
 
     // Searches F1 uses; default the real search screens. Tests and hosts may replace them.
     using PartySearch = std::function<PartyChoice(QWidget* owner)>;
@@ -141,8 +172,22 @@ protected:
     virtual void afterClearWalk() {}
     virtual void saveDocument() {} // BtnSave's work (after Ctrl+S's question)
     virtual void printDocument() {}
-    virtual void openDocument() {}
     virtual void removeDocument() {}
+    // The number a new document would take now (one above the highest in use).
+    virtual qint64 nextDocumentId() { return 0; }
+    // Open: the search, and on a choice the document loaded and the screen in mode 3. A
+    // cancelled search changes nothing.
+    virtual void openDocument();
+    // Shows the saved document; false when there is no such document (the screen is left
+    // as it was).
+    virtual bool loadDocument(qint64 id) {
+        Q_UNUSED(id);
+        return false;
+    }
+    // After a document was opened and the screen is in mode 3 (warnings about it).
+    virtual void documentOpened() {}
+    // After a successful save of `id`: the print question, then a fresh new document.
+    void documentSaved(qint64 id);
     // Clear's work after the question: default ClearScreen, SetScreenMode(1), focus.
     virtual void clearDocument();
     // A key the frame has no rule for (F9, Ctrl+Delete in a grid, ...), before marking;
@@ -171,6 +216,8 @@ private:
     const Context& m_ctx;
     ScreenTraits m_traits;
     int m_mode = 0;
+    bool m_opened = false;
+    DocumentSearch m_documentSearch;
     QWidget* m_buttonRow = nullptr;
     std::map<Button, QPushButton*> m_buttons;
     PartySearch m_partySearch;

@@ -3,6 +3,7 @@
 #include "entry/Fields.h"
 #include "entry/LookupCombo.h"
 #include "entry/Messages.h"
+#include "services/Lookups.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -56,20 +57,20 @@ GridColumn GridColumn::readOnly(const QString& caption, int width) {
 
 // ---- model ---------------------------------------------------------------------------------
 
-LineGridModel::LineGridModel(QObject* parent) : QAbstractTableModel(parent) {}
+LineGridModel::LineGridModel(QObject* parent)
+    : QAbstractTableModel(parent), m_rows(std::make_unique<TextRows>(0)) {}
 
 void LineGridModel::setColumns(std::vector<GridColumn> columns) {
+    const int n = int(columns.size());
+    resetStore(std::move(columns), std::make_unique<TextRows>(n));
+}
+
+void LineGridModel::resetStore(std::vector<GridColumn> columns, std::unique_ptr<LineRows> rows) {
     beginResetModel();
     m_columns = std::move(columns);
-    const int n = int(m_columns.size());
-    for (QStringList& row : m_rows) {
-        while (row.size() < n)
-            row.append(QString());
-        while (row.size() > n)
-            row.removeLast();
-    }
+    m_rows = std::move(rows);
     m_footers = QStringList();
-    for (int i = 0; i < n; ++i)
+    for (size_t i = 0; i < m_columns.size(); ++i)
         m_footers.append(QString());
     endResetModel();
     Q_EMIT footersChanged();
@@ -101,22 +102,21 @@ void LineGridModel::setAllowAdding(bool allow) {
     endResetModel();
 }
 
-void LineGridModel::setLines(std::vector<QStringList> lines) {
+void LineGridModel::setLines(const std::vector<QStringList>& lines) {
     beginResetModel();
+    m_rows->clear();
     const int n = int(m_columns.size());
-    for (QStringList& row : lines) {
-        while (row.size() < n)
-            row.append(QString());
-        while (row.size() > n)
-            row.removeLast();
+    for (const QStringList& line : lines) {
+        m_rows->appendEmpty();
+        for (int c = 0; c < n && c < line.size(); ++c)
+            m_rows->setText(lineCount() - 1, c, line.at(c));
     }
-    m_rows = std::move(lines);
     endResetModel();
 }
 
 void LineGridModel::clearLines() {
     beginResetModel();
-    m_rows.clear();
+    m_rows->clear();
     endResetModel();
     clearFooters();
 }
@@ -127,10 +127,7 @@ int LineGridModel::addLine() {
     // standing in the new-line row stays on the line being typed.
     const int inserted = m_allowAdding ? row + 1 : row;
     beginInsertRows({}, inserted, inserted);
-    QStringList empty;
-    for (size_t i = 0; i < m_columns.size(); ++i)
-        empty.append(QString());
-    m_rows.push_back(empty);
+    m_rows->appendEmpty();
     endInsertRows();
     if (m_allowAdding)
         Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
@@ -142,7 +139,7 @@ void LineGridModel::removeLine(int row) {
     if (row < 0 || row >= lineCount())
         return;
     beginRemoveRows({}, row, row);
-    m_rows.erase(m_rows.begin() + row);
+    m_rows->erase(row);
     endRemoveRows();
     Q_EMIT lineRemoved(row);
 }
@@ -150,16 +147,15 @@ void LineGridModel::removeLine(int row) {
 QString LineGridModel::cellText(int row, int column) const {
     if (row < 0 || row >= lineCount() || column < 0 || column >= int(m_columns.size()))
         return {};
-    return m_rows[size_t(row)].at(column);
+    return m_rows->text(row, column);
 }
 
 void LineGridModel::setCell(int row, int column, const QString& text) {
     if (row < 0 || row >= lineCount() || column < 0 || column >= int(m_columns.size()))
         return;
-    QString& cell = m_rows[size_t(row)][column];
-    if (cell == text)
+    if (m_rows->text(row, column) == text)
         return;
-    cell = text;
+    m_rows->setText(row, column, text);
     const QModelIndex i = index(row, column);
     Q_EMIT dataChanged(i, i);
 }
@@ -169,10 +165,7 @@ double LineGridModel::cellValue(int row, int column) const {
 }
 
 Currency LineGridModel::sumColumn(int column) const {
-    Currency total;
-    for (int row = 0; row < lineCount(); ++row)
-        total += Currency::fromDouble(cellValue(row, column));
-    return total;
+    return SumGridColumn(*this, column);
 }
 
 QString LineGridModel::footerText(int column) const {
@@ -192,13 +185,12 @@ void LineGridModel::clearFooters() {
     Q_EMIT footersChanged();
 }
 
-Refusal LineGridModel::standardRefusal(int column) const {
-    Refusal r;
+Objection LineGridModel::standardRefusal(int column) const {
     const QString caption = column >= 0 && size_t(column) < m_columns.size()
                                 ? m_columns[size_t(column)].caption
                                 : QString();
-    r.message = QStringLiteral("Please provide a valid ") + caption.toLower() + QStringLiteral(".");
-    return r;
+    return Objection::info(QStringLiteral("Please provide a valid ") + caption.toLower() +
+                           QStringLiteral("."));
 }
 
 bool LineGridModel::isEditable(int column) const {
@@ -211,7 +203,7 @@ bool LineGridModel::isEditable(int column) const {
 bool LineGridModel::editCell(int row, int column, const QString& text) {
     m_lastRefusal.reset();
     if (row < 0 || row >= rowCount() || !isEditable(column)) {
-        m_lastRefusal = Refusal{};
+        m_lastRefusal = Objection::quiet();
         return false;
     }
     const bool trailing = row >= lineCount();
@@ -222,7 +214,7 @@ bool LineGridModel::editCell(int row, int column, const QString& text) {
         return true;
 
     const GridColumn& c = m_columns[size_t(column)];
-    std::optional<Refusal> refusal;
+    std::optional<Objection> refusal;
     if (c.kind == GridColumn::Kind::Number && c.minimum < c.maximum && !text.isEmpty()) {
         const double v = leadingNumber(text);
         if (v < c.minimum || v > c.maximum)
@@ -595,8 +587,8 @@ bool LineGrid::commitEditor(QWidget* editor) {
     bool accepted = true;
     if (const auto& refusal = m_model->lastRefusal()) {
         accepted = false;
-        if (!refusal->message.isEmpty())
-            msg::inform(this, refusal->message, refusal->title, refusal->icon);
+        if (!refusal->isQuiet())
+            msg::showObjection(this, *refusal);
         // The entry stays in the cell for the clerk to mend.
         window()->activateWindow();
         editor->setFocus();

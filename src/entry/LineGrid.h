@@ -1,7 +1,9 @@
 #pragma once
 
+#include "entry/LineRows.h"
 #include "services/LookupItem.h"
 #include "services/Numeric.h"
+#include "services/Objection.h"
 
 #include <QAbstractTableModel>
 #include <QMessageBox>
@@ -9,6 +11,7 @@
 #include <QTableView>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -45,6 +48,21 @@ struct GridColumn {
                              double minimum = 0, double maximum = 0);
     static GridColumn lookupOf(const QString& caption, LookupList items, int width = 90);
     static GridColumn readOnly(const QString& caption, int width = 80);
+    // The in-cell editor's objectName, for screens whose editors are named.
+    GridColumn& named(const QString& name) {
+        editorName = name;
+        return *this;
+    }
+    GridColumn& aligned(Qt::Alignment a) {
+        alignment = a;
+        return *this;
+    }
+};
+
+// A column bound to a field of the screen's line type.
+template <class Line> struct BoundColumn {
+    GridColumn column;
+    LineField<Line> field;
 };
 
 // A heading over the captions of columns first..last ("Bags", "Weight", "Deduction").
@@ -54,30 +72,36 @@ struct GridGroup {
     QString caption;
 };
 
-// Why an entry was not taken. An empty message refuses without a further box (the check has
-// already spoken to the clerk, e.g. a question answered No).
-struct Refusal {
-    QString message;
-    QString title = QStringLiteral("Alert");
-    QMessageBox::Icon icon = QMessageBox::Information;
-};
-
-// The lines of a document as rows of text cells, like the row stores the screens keep.
+// The lines of a document. The view asks cells as text; behind them the model keeps either
+// rows of text or, once a screen binds its line type, real lines that the screen reads and
+// writes whole (lines<Line>(), setLines, updateLine) with no round trip through text.
 // A trailing empty row is offered for a new line; it becomes a real line when one of its
 // cells is given a text. Every edit - from the view or from setData - passes the same
 // before-update check, and an accepted one runs the after-update recomputation.
 class LineGridModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    // Returns a refusal to keep the old text. May ask the clerk itself (Yes/No) first.
+    // Returns an objection to keep the old value. May ask the clerk itself (Yes/No) first and
+    // then object quietly.
     using CellCheck =
-        std::function<std::optional<Refusal>(int row, int column, const QString& text)>;
+        std::function<std::optional<Objection>(int row, int column, const QString& text)>;
     // Runs after an accepted edit; writes through setCell() and setFooterText().
     using Recompute = std::function<void(int row, int column)>;
 
     explicit LineGridModel(QObject* parent = nullptr);
 
+    // Columns over rows of text.
     void setColumns(std::vector<GridColumn> columns);
+    // Columns over lines of one type; the lines start empty.
+    template <class Line> void setColumns(std::vector<BoundColumn<Line>> bound) {
+        std::vector<GridColumn> columns;
+        std::vector<LineField<Line>> fields;
+        for (BoundColumn<Line>& b : bound) {
+            columns.push_back(std::move(b.column));
+            fields.push_back(std::move(b.field));
+        }
+        resetStore(std::move(columns), std::make_unique<TypedRows<Line>>(std::move(fields)));
+    }
     const std::vector<GridColumn>& columns() const { return m_columns; }
     const GridColumn& column(int index) const { return m_columns.at(size_t(index)); }
     // Index of the column with this caption (exact), -1 when none.
@@ -93,11 +117,25 @@ public:
     void setAllowAdding(bool allow);
     bool allowAdding() const { return m_allowAdding; }
 
-    // The real lines, without the trailing empty row.
-    const std::vector<QStringList>& rows() const { return m_rows; }
-    int lineCount() const { return int(m_rows.size()); }
-    // Replaces all lines (each padded or cut to the column count); footers are left alone.
-    void setLines(std::vector<QStringList> lines);
+    int lineCount() const { return m_rows->count(); }
+    // Replaces all lines, cell by cell as if written by code; footers are left alone.
+    void setLines(const std::vector<QStringList>& lines);
+
+    // The lines of a grid whose columns are bound to `Line` (a logic error for another type).
+    template <class Line> const std::vector<Line>& lines() const { return typed<Line>().lines(); }
+    template <class Line> void setLines(std::vector<Line> lines) {
+        beginResetModel();
+        typed<Line>().lines() = std::move(lines);
+        endResetModel();
+    }
+    // Changes one line in place (no check: values written by code are checked at save) and
+    // tells the view.
+    template <class Line, class Change> void updateLine(int row, Change&& change) {
+        if (row < 0 || row >= lineCount())
+            return;
+        change(typed<Line>().lines()[size_t(row)]);
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    }
     // No lines, empty footers.
     void clearLines();
     // Appends an empty line and returns its index.
@@ -110,7 +148,7 @@ public:
     void setCell(int row, int column, const QString& text);
     // Leading-number value of a cell (0 for empty or no number).
     double cellValue(int row, int column) const;
-    // Sum of a column over the lines in four-decimal fixed point; cells without a number count 0.
+    // SumGridColumn of a column over the lines (four-decimal fixed point).
     Currency sumColumn(int column) const;
 
     QString footerText(int column) const;
@@ -120,9 +158,9 @@ public:
     // The edit path: checks, stores (adding the line when the trailing row is edited) and
     // recomputes. False when refused; lastRefusal() then tells why.
     bool editCell(int row, int column, const QString& text);
-    const std::optional<Refusal>& lastRefusal() const { return m_lastRefusal; }
+    const std::optional<Objection>& lastRefusal() const { return m_lastRefusal; }
     // The standard refusal: "Please provide a valid <caption in lower case>."
-    Refusal standardRefusal(int column) const;
+    Objection standardRefusal(int column) const;
 
     bool isEditable(int column) const;
 
@@ -140,16 +178,24 @@ Q_SIGNALS:
     void lineRemoved(int row);
     // An accepted edit, after recomputation.
     void cellEdited(int row, int column);
-    void refused(int row, int column, const gm::Refusal& refusal);
+    void refused(int row, int column, const gm::Objection& refusal);
 
 private:
+    void resetStore(std::vector<GridColumn> columns, std::unique_ptr<LineRows> rows);
+    template <class Line> TypedRows<Line>& typed() const {
+        auto* rows = dynamic_cast<TypedRows<Line>*>(m_rows.get());
+        if (!rows)
+            throw std::logic_error("grid lines read as a type they are not bound to");
+        return *rows;
+    }
+
     std::vector<GridColumn> m_columns;
     std::vector<GridGroup> m_groups;
-    std::vector<QStringList> m_rows;
+    std::unique_ptr<LineRows> m_rows;
     QStringList m_footers;
     CellCheck m_check;
     Recompute m_recompute;
-    std::optional<Refusal> m_lastRefusal;
+    std::optional<Objection> m_lastRefusal;
     bool m_allowAdding = true;
 };
 
@@ -172,6 +218,15 @@ public:
     QWidget* panel() const { return m_panel; }
     LineGridModel* lines() const { return m_model; }
     void setColumns(std::vector<GridColumn> columns);
+    template <class Line> void setColumns(std::vector<BoundColumn<Line>> columns) {
+        m_model->setColumns(std::move(columns));
+        applyColumns();
+    }
+    // The typed lines (see LineGridModel).
+    template <class Line> const std::vector<Line>& lines() const { return m_model->lines<Line>(); }
+    template <class Line> void setLines(std::vector<Line> lines) {
+        m_model->setLines(std::move(lines));
+    }
     void setGroups(std::vector<GridGroup> groups);
 
     // Whether the Delete key removes the current line (default false).

@@ -28,6 +28,23 @@ void inform(QWidget* parent, const QString& text, const QString& title, QMessage
     show(parent, text, title, icon, QMessageBox::Ok);
 }
 
+QMessageBox::Icon boxIcon(Objection::Icon icon) {
+    switch (icon) {
+    case Objection::Icon::None:
+        return QMessageBox::NoIcon;
+    case Objection::Icon::Information:
+        return QMessageBox::Information;
+    case Objection::Icon::Warning:
+        break;
+    }
+    return QMessageBox::Warning;
+}
+
+void showObjection(QWidget* parent, const Objection& objection) {
+    if (!objection.isQuiet())
+        show(parent, objection.text, objection.title, boxIcon(objection.icon), QMessageBox::Ok);
+}
+
 bool askPrint(QWidget* parent) {
     return askYesNo(parent, QStringLiteral("Do you want to print?"), kConfirmation,
                     QMessageBox::Question, true);
@@ -51,6 +68,8 @@ bool guarded(QWidget* parent, const std::function<void()>& work) {
     try {
         work();
         return true;
+    } catch (const Objected& o) {
+        msg::showObjection(parent, o.objection());
     } catch (const DbError& e) {
         ShowErrorBox(parent, e.description(), e.source());
     } catch (const std::exception& e) {

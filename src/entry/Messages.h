@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/Objection.h"
+
 #include <QColor>
 #include <QMessageBox>
 #include <QString>
@@ -32,6 +34,10 @@ bool askYesNo(QWidget* parent, const QString& text, const QString& title,
 void inform(QWidget* parent, const QString& text, const QString& title = kAlert,
             QMessageBox::Icon icon = QMessageBox::Information);
 
+// The box of an objection: its words, title and icon, with OK (nothing for a quiet one).
+void showObjection(QWidget* parent, const Objection& objection);
+QMessageBox::Icon boxIcon(Objection::Icon icon);
+
 // "Do you want to print?", "Confirmation", Yes/No, question icon, No as the default.
 bool askPrint(QWidget* parent);
 
@@ -46,8 +52,9 @@ bool askCloseWithoutSave(QWidget* parent);
 // The error box: the description as text, the source as title, OK, critical icon.
 void ShowErrorBox(QWidget* parent, const QString& description, const QString& source);
 
-// Runs `work`; a DbError or any other exception ends up in ShowErrorBox instead of reaching
-// the host. Returns false when something was caught, so callers can stop their own steps.
+// Runs `work`; an objection a store raised ends in its box, a DbError or any other exception
+// in ShowErrorBox, instead of reaching the host. Returns false when something was caught, so
+// callers can stop their own steps.
 bool guarded(QWidget* parent, const std::function<void()>& work);
 
 // Field colours of the screens.

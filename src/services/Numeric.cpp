@@ -121,4 +121,12 @@ QString formatDate(const QDate& date) {
     return date.isValid() ? date.toString(QLatin1String(kDateFormat)) : QString();
 }
 
+Figure Figure::fromText(const QString& text) {
+    return text.trimmed().isEmpty() ? Figure() : Figure(leadingNumber(text));
+}
+
+QString Figure::toText(int maxDigits) const {
+    return m_set ? formatNumber(m_value, maxDigits) : QString();
+}
+
 } // namespace gm

@@ -45,6 +45,24 @@ QString formatNumber(double value, int maxDigits = 6);
 // The "Fixed" format: two decimals.
 QString formatFixed(double value);
 
+// A figure of a document line that the clerk may leave blank. Blank counts as 0 in every
+// sum and formula, but shows as nothing, so a line shows only what was typed or worked out.
+class Figure {
+public:
+    constexpr Figure() = default;
+    constexpr Figure(double value) : m_value(value), m_set(true) {} // NOLINT: reads as a number
+    constexpr operator double() const { return m_set ? m_value : 0.0; }
+    constexpr bool isBlank() const { return !m_set; }
+
+    // Blank text is a blank figure; any other text is its leading number.
+    static Figure fromText(const QString& text);
+    QString toText(int maxDigits = 6) const; // formatNumber, or empty when blank
+
+private:
+    double m_value = 0;
+    bool m_set = false;
+};
+
 // Dates as the screens show them.
 inline constexpr const char* kDateFormat = "dd/MM/yyyy";
 QString formatDate(const QDate& date);

@@ -1,5 +1,7 @@
 #include "services/ReferentialGuard.h"
 
+#include "services/Objection.h"
+
 #include "datastore/Conn.h"
 #include "datastore/Schema.h"
 #include "datastore/Sql.h"
@@ -228,6 +230,18 @@ QString FindReferencingTable(const Conn& conn, const QString& table, const Docum
             return canonicalTableName(k.ref.table);
     }
     return QString();
+}
+
+QString referencedRefusal(const QString& table) {
+    return QStringLiteral("Cannot remove this invoice because it is used in (") + table +
+           QStringLiteral(") table");
+}
+
+void refuseIfReferenced(const Conn& conn, const QString& table, const DocumentKey& keys,
+                        const QStringList& exclusions) {
+    const QString usedIn = FindReferencingTable(conn, table, keys, exclusions);
+    if (!usedIn.isEmpty())
+        throw Objected(Objection::warning(referencedRefusal(usedIn)));
 }
 
 } // namespace gm

@@ -44,4 +44,11 @@ std::vector<ForeignKeyRef> referencingForeignKeys(const Conn& conn, const QStrin
 QString FindReferencingTable(const Conn& conn, const QString& table, const DocumentKey& keys,
                              const QStringList& exclusions = {});
 
+// The removal's refusal when `table` still refers to the document.
+QString referencedRefusal(const QString& table);
+// The guard as a removal runs it: throws Objected with that refusal when anything refers to
+// the document.
+void refuseIfReferenced(const Conn& conn, const QString& table, const DocumentKey& keys,
+                        const QStringList& exclusions = {});
+
 } // namespace gm

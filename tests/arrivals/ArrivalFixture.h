@@ -75,9 +75,9 @@ inline double stockBags(const Conn& conn, int bagsType, int bagsClass) {
                            {bagsType, bagsClass}));
 }
 
-inline ArrivalLineData vehicle(const QString& no, double bags, double bagWeight, double perBag = 0,
-                               double other = 0, int type = 2, int cls = 1) {
-    ArrivalLineData l;
+inline ArrivalLine vehicle(const QString& no, double bags, double bagWeight, double perBag = 0,
+                           double other = 0, int type = 2, int cls = 1) {
+    ArrivalLine l;
     l.vehicleNo = no;
     l.bagsTypeId = type;
     l.bagsClassId = cls;
@@ -88,7 +88,7 @@ inline ArrivalLineData vehicle(const QString& no, double bags, double bagWeight,
     return l;
 }
 
-inline ArrivalDocument freeArrival(int id, std::vector<ArrivalLineData> lines) {
+inline ArrivalDocument freeArrival(int id, std::vector<ArrivalLine> lines) {
     ArrivalDocument a;
     a.arrivalId = id;
     a.arrivalDate = QDate::currentDate();

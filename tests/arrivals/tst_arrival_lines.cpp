@@ -8,15 +8,22 @@ using namespace gm;
 
 namespace {
 
-ArrivalRow line(const QString& qty, const QString& bags, const QString& perBag = {},
-                const QString& other = {}) {
-    ArrivalRow row = emptyArrivalRow();
-    row[ColQty] = qty;
-    row[ColBags] = bags;
-    row[ColPerBag] = perBag;
-    row[ColOther] = other;
-    return row;
+ArrivalLine line(const QString& qty, const QString& bags, const QString& perBag = {},
+                 const QString& other = {}) {
+    ArrivalLine l;
+    l.noOfBags = Figure::fromText(qty);
+    l.bagWeight = Figure::fromText(bags);
+    l.bagsDeduction = Figure::fromText(perBag);
+    l.otherDeduction = Figure::fromText(other);
+    return l;
 }
+
+// Key 7 is in use; 9 is the next free one.
+class TakenSeven final : public DocumentKeys {
+public:
+    qint64 nextDocumentId() const override { return 9; }
+    bool exists(qint64 id) const override { return id == 7; }
+};
 
 struct WeightCase {
     QString qty, bags, perBag, other;
@@ -78,23 +85,22 @@ void TestArrivalLines::weightsOfALine_data() {
 
 void TestArrivalLines::weightsOfALine() {
     QFETCH(WeightCase, c);
-    ArrivalRow row = line(c.qty, c.bags, c.perBag, c.other);
+    ArrivalLine row = line(c.qty, c.bags, c.perBag, c.other);
     if (c.typedGross.isEmpty()) {
         recalcAfterQtyOrBags(row, RateUnitInfo{QStringLiteral("Maund (40)"), 40});
-        QCOMPARE(row[ColRateUnitId].isEmpty(), c.gross.isEmpty());
+        QCOMPARE(row.rateUnitName.isEmpty(), c.gross.isEmpty());
     } else {
-        row[ColGross] = c.typedGross;
+        row.gross = Figure::fromText(c.typedGross);
         recalcAfterGross(row);
     }
-    QCOMPARE(row[ColGross], c.gross);
-    QCOMPARE(row[ColBags], c.bagsAfter);
-    QCOMPARE(leadingNumber(row[ColNetWeight]), c.net);
+    QCOMPARE(row.gross.toText(), c.gross);
+    QCOMPARE(row.bagWeight.toText(), c.bagsAfter);
+    QCOMPARE(double(row.netWeight), c.net);
 }
 
 void TestArrivalLines::cellChecks_data() {
     QTest::addColumn<CellCase>("t");
-    const int ok = ArrivalCellVerdict::Accept, no = ArrivalCellVerdict::Refuse,
-              ask = ArrivalCellVerdict::AskQuota;
+    const int ok = 0, no = 1, ask = 2; // taken, refused, the quota question asked
     const QString vehicle = QStringLiteral("Vehicle no must be less then 15 charactors.");
     const QString weight =
         QStringLiteral("Weight must be greator then 0 and less then remaining Weight.");
@@ -130,9 +136,10 @@ void TestArrivalLines::cellChecks() {
     c.remainingWeight = QStringLiteral("500");
     c.bagClasses = {QStringLiteral("A"), QStringLiteral("B")};
     c.bagTypes = {QStringLiteral("PP 100kg")};
-    const ArrivalCellVerdict v = checkArrivalCell(t.column, t.text, c);
-    QCOMPARE(int(v.kind), t.kind);
-    QCOMPARE(v.message, t.message);
+    const auto refusal = checkArrivalCell(t.column, t.text, c);
+    const bool asks = exceedsQuota(t.column, t.text, c);
+    QCOMPARE(refusal ? 1 : asks ? 2 : 0, t.kind);
+    QCOMPARE(refusal ? refusal->text : asks ? kQuotaQuestion : QString(), t.message);
 }
 
 void TestArrivalLines::validationOrder_data() {
@@ -162,14 +169,14 @@ void TestArrivalLines::validationOrder() {
     in.isOpened = c.opened;
     if (!c.bagWeights.isEmpty())
         for (const QString& bags : c.bagWeights.split(QLatin1Char(',')))
-            in.rows.push_back(line(QStringLiteral("10"), bags));
-    const auto f = ValidateArrival(in, [](int key) { return key == 7; });
-    QCOMPARE(f ? f->message : QString(), c.message);
+            in.lines.push_back(line(QStringLiteral("10"), bags));
+    const auto f = ValidateArrival(in, TakenSeven());
+    QCOMPARE(f ? f->text : QString(), c.message);
     QCOMPARE(f ? f->focus : QString(), c.focus);
     QCOMPARE(f ? f->row : -1, c.row);
-    QCOMPARE(f && f->drawNewId, c.newId);
+    QCOMPARE(f && f->newDocumentId == 9, c.newId);
     if (c.row >= 0)
-        QCOMPARE(int(f->icon), int(ArrivalValidationFailure::Icon::Information));
+        QCOMPARE(int(f->icon), int(Objection::Icon::Information));
 }
 
 QTEST_APPLESS_MAIN(TestArrivalLines)

@@ -306,7 +306,7 @@ void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {
     store.save(freeArrival(id, {vehicle("E-1", 100, 100), vehicle("E-2", 10, 100)}), true);
     FrmArrivalsRate* s = showScreen();
     QVERIFY(s);
-    s->setArrivalSearch([id](QWidget*) { return id; });
+    s->setDocumentSearch([id](QWidget*) { return id; });
     ctrl(s, Qt::Key_O);
     LineGrid* grid = control<LineGrid>(s, "Grid");
     QCOMPARE(grid->lines()->lineCount(), 2);
@@ -321,7 +321,7 @@ void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {
     QCOMPARE(stockWeight(*m_conn, kWheatLocal), before + 13000.0);
 
     // Opened again through the arrival search itself: the newest arrival heads its list.
-    s->setArrivalSearch(nullptr);
+    s->setDocumentSearch([s](QWidget* owner) { return showArrivalSearch(owner, s->context()); });
     {
         Modals m;
         m.window([](QWidget* w) {
@@ -349,7 +349,7 @@ void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {
     const int purchase =
         1 + toInt(scalar(*m_conn, "SELECT COALESCE(MAX(PurchaseId), 0) FROM Purchases"));
     invoiceVehicle(*m_conn, purchase, id, QStringLiteral("I-1"), kWheatLocal);
-    s->setArrivalSearch([id](QWidget*) { return id; });
+    s->setDocumentSearch([id](QWidget*) { return id; });
     const auto warning = answering({QMessageBox::Ok}, [s] { ctrl(s, Qt::Key_O); });
     QCOMPARE(textsOf(warning), QStringList({QStringLiteral("This arrival is not editable because "
                                                            "it has been used in Purchase Invoice "

@@ -22,10 +22,10 @@ std::unique_ptr<Conn> bareMill() {
 template <class F> QString refusalOf(F&& call, int* row = nullptr) {
     try {
         call();
-    } catch (const ArrivalRefusal& r) {
+    } catch (const Objected& r) {
         if (row)
-            *row = r.row();
-        return r.description();
+            *row = r.objection().row;
+        return r.objection().text;
     }
     return {};
 }

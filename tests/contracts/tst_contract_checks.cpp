@@ -8,9 +8,9 @@ using namespace gm;
 namespace {
 
 // Numbers 1 and 2 are in use.
-class TakenNumbers final : public ContractKeys {
+class TakenNumbers final : public DocumentKeys {
 public:
-    qint64 nextContractId() const override { return 3; }
+    qint64 nextDocumentId() const override { return 3; }
     bool exists(qint64 id) const override { return id == 1 || id == 2; }
 };
 
@@ -73,19 +73,19 @@ void TstContractChecks::firstObjectionWins() {
     e.quantityText = c.quantity;
     e.ratePerUnitText = c.rate;
 
-    const ContractCheck check = validateContract(e, TakenNumbers());
-    QCOMPARE(check.ok, c.message.isEmpty());
-    QCOMPARE(check.message, c.message);
-    QCOMPARE(check.focusControl, c.focus);
+    const auto check = validateContract(e, TakenNumbers());
+    QCOMPARE(!check, c.message.isEmpty());
+    QCOMPARE(check ? check->text : QString(), c.message);
+    QCOMPARE(check ? check->focus : QString(), c.focus);
     // Both number objections hand out the next free number, which the keys say is 3.
     const bool renumbered = c.message.startsWith("Invalid purchase Id.") ||
                             c.message.startsWith("The Contract ID already exists.");
-    QCOMPARE(check.newContractId.value_or(0), renumbered ? 3 : 0);
+    QCOMPARE(check ? check->newDocumentId.value_or(0) : 0, renumbered ? 3 : 0);
     // The invalid-number box alone has neither title nor icon.
     const bool bare = c.message.startsWith("Invalid purchase Id.");
-    if (!check.ok) {
-        QCOMPARE(check.title, bare ? QString() : QStringLiteral("Alert"));
-        QCOMPARE(check.icon, bare ? ContractCheck::Icon::None : ContractCheck::Icon::Exclamation);
+    if (check) {
+        QCOMPARE(check->title, bare ? QString() : QStringLiteral("Alert"));
+        QCOMPARE(check->icon, bare ? Objection::Icon::None : Objection::Icon::Warning);
     }
 }
 

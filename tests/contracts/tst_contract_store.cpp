@@ -2,6 +2,7 @@
 
 #include "contracts/ContractReport.h"
 #include "contracts/ContractStore.h"
+#include "contracts/ContractValidation.h"
 #include "contracts/PurchaseContract.h"
 #include "datastore/Sql.h"
 #include "support/TestDb.h"
@@ -64,7 +65,7 @@ void TstContractStore::savedLoadedAndPrinted() {
     PurchaseContract c = sampleContract(id);
     if (!withBroker)
         c.brokerId.clear();
-    QCOMPARE(store.insert(c), ContractStore::InsertResult::Inserted);
+    store.insert(c);
     QCOMPARE(
         scalar(*conn, QStringLiteral("SELECT BrokerId FROM PContracts WHERE ContractId = ?"), {id})
             .isNull(),
@@ -82,7 +83,7 @@ void TstContractStore::savedLoadedAndPrinted() {
     QVERIFY(!store.load(id + 1));
 
     // A save hands a contract back unposted and touches no other row.
-    QCOMPARE(store.insert(sampleContract(id + 3)), ContractStore::InsertResult::Inserted);
+    store.insert(sampleContract(id + 3));
     execute(*conn, QStringLiteral("UPDATE PContracts SET IsPosted = 1"));
     PurchaseContract edited = c;
     edited.quantity = 25000.5;
@@ -123,7 +124,7 @@ void TstContractStore::takenNumberIsNeverOverwritten() {
     auto conn = test::freshSampleConn();
     ContractStore store(*conn);
     const PurchaseContract first = sampleContract(store.nextContractId());
-    QCOMPARE(store.insert(first), ContractStore::InsertResult::Inserted);
+    store.insert(first);
 
     // Another clerk, on a connection of their own, was shown the same number.
     QString error;
@@ -132,11 +133,17 @@ void TstContractStore::takenNumberIsNeverOverwritten() {
     ContractStore otherStore(*other);
     PurchaseContract second = sampleContract(first.contractId);
     second.partyId = QStringLiteral("6100002");
-    QCOMPARE(otherStore.insert(second), ContractStore::InsertResult::NumberTaken);
+    try {
+        otherStore.insert(second);
+        QFAIL("a taken number was written over");
+    } catch (const Objected& taken) {
+        QCOMPARE(taken.objection().text, kContractIdTaken);
+        QCOMPARE(taken.objection().newDocumentId.value_or(0), first.contractId + 1);
+    }
     QCOMPARE(store.load(first.contractId)->contract, first);
 
     second.contractId = otherStore.nextContractId();
-    QCOMPARE(otherStore.insert(second), ContractStore::InsertResult::Inserted);
+    otherStore.insert(second);
     QCOMPARE(store.load(first.contractId + 1)->contract, second);
 }
 

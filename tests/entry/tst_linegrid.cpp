@@ -28,14 +28,15 @@ struct ArrivalLike {
                           GridColumn::text(QStringLiteral("Driver Name"))});
         grid->setGroups({{Qty, Gross, QStringLiteral("Weight")}});
         model = grid->lines();
-        model->setCellCheck([this](int, int column, const QString& text) -> std::optional<Refusal> {
-            if (column == Vehicle && text.size() > 15)
-                return Refusal{QStringLiteral("Vehicle no must be less then 15 charactors."),
-                               QStringLiteral("Alert"), QMessageBox::Information};
-            if (column == Driver && text.size() > 25)
-                return model->standardRefusal(column);
-            return std::nullopt;
-        });
+        model->setCellCheck(
+            [this](int, int column, const QString& text) -> std::optional<Objection> {
+                if (column == Vehicle && text.size() > 15)
+                    return Objection::info(
+                        QStringLiteral("Vehicle no must be less then 15 charactors."));
+                if (column == Driver && text.size() > 25)
+                    return model->standardRefusal(column);
+                return std::nullopt;
+            });
         model->setRecompute([this](int row, int) {
             ++recomputes;
             const double qty = model->cellValue(row, Qty);
@@ -88,7 +89,7 @@ private Q_SLOTS:
         QCOMPARE(ok, refusal.isEmpty());
         QCOMPARE(g.model->cellText(0, column), ok ? text : QStringLiteral("1"));
         if (!ok) {
-            QCOMPARE(g.model->lastRefusal()->message, refusal);
+            QCOMPARE(g.model->lastRefusal()->text, refusal);
             QCOMPARE(g.model->lastRefusal()->title, QStringLiteral("Alert"));
         }
     }
