@@ -59,6 +59,15 @@ struct ArrivalLike {
     }
 };
 
+// A line of every kind of field a screen binds: text, figures of two precisions, a list name.
+struct Load {
+    QString vehicle;
+    Figure qty;
+    Figure rate;
+    QString bagType;
+    Figure net;
+};
+
 } // namespace
 
 class TstLineGrid : public QObject {
@@ -157,6 +166,46 @@ private Q_SLOTS:
         QTest::keyClick(editor, Qt::Key_Return);
         QCOMPARE(g.grid->cellText(0, PerBag), QStringLiteral("1000"));
         QVERIFY(!g.grid->isEditing());
+    }
+
+    // Bound columns show a line's fields and write typed texts back into them; a blank figure
+    // shows nothing and counts nothing, and the lines come back as they were set.
+    void typedLinesRoundTrip() {
+        LineGrid grid;
+        grid.setColumns<Load>({
+            {GridColumn::text(QStringLiteral("Vehicle No")), field(&Load::vehicle)},
+            {GridColumn::number(QStringLiteral("Qty"), 60, 0), field(&Load::qty)},
+            {GridColumn::number(QStringLiteral("Rate"), 60, 4), field(&Load::rate, 2)},
+            {GridColumn::lookupOf(QStringLiteral("Type"), {{QStringLiteral("PP 100kg"), "1"}}),
+             field(&Load::bagType)},
+            {GridColumn::readOnly(QStringLiteral("Net")), field(&Load::net)},
+        });
+        LineGridModel* m = grid.lines();
+        grid.setLines(std::vector<Load>{{"LHR-1", 10, 3.14159, "PP 100kg", {}}});
+        QCOMPARE(m->cellText(0, 0), QStringLiteral("LHR-1"));
+        QCOMPARE(m->cellText(0, 1), QStringLiteral("10"));
+        QCOMPARE(m->cellText(0, 2), QStringLiteral("3.14"));
+        QCOMPARE(m->cellText(0, 3), QStringLiteral("PP 100kg"));
+        QCOMPARE(m->cellText(0, 4), QString());
+
+        // Typed into the new-line row: a new line with only that field set.
+        QVERIFY(m->editCell(1, 1, QStringLiteral("25.5")));
+        QVERIFY(m->editCell(1, 2, QStringLiteral("-2")));
+        m->updateLine<Load>(1, [](Load& l) { l.net = l.qty * 4; });
+        const std::vector<Load>& lines = grid.lines<Load>();
+        QCOMPARE(int(lines.size()), 2);
+        QCOMPARE(double(lines[1].qty), 25.5);
+        QCOMPARE(double(lines[1].rate), -2.0);
+        QVERIFY(lines[1].vehicle.isEmpty() && lines[1].bagType.isEmpty());
+        QCOMPARE(m->cellText(1, 4), QStringLiteral("102"));
+        QCOMPARE(m->sumColumn(1).toString(), QStringLiteral("35.5"));
+        // Emptying a figure makes it blank again, not 0.
+        QVERIFY(m->editCell(1, 1, QString()));
+        QVERIFY(grid.lines<Load>()[1].qty.isBlank());
+        QCOMPARE(m->cellText(1, 1), QString());
+
+        // The grid is bound to Load, and reading it as anything else is a mistake, not data.
+        QVERIFY_THROWS_EXCEPTION(std::logic_error, grid.lines<QString>());
     }
 
     void deleteRemovesLineOnlyWhenAllowed() {
