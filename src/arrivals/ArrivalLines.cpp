@@ -95,54 +95,77 @@ bool outside(double value, double high) {
 
 } // namespace
 
-std::optional<Objection> checkArrivalCell(int column, const QString& text,
-                                          const ArrivalCellContext& context) {
-    const double entry = leadingNumber(text);
+const std::vector<LineField<ArrivalLine>>& arrivalLineFields() {
+    using L = ArrivalLine;
+    static const std::vector<LineField<L>> fields = {
+        field(&L::vehicleNo),     field(&L::bagsClass),      field(&L::bagsType),
+        field(&L::noOfBags),      field(&L::bagWeight),      field(&L::gross),
+        field(&L::bagsDeduction), field(&L::otherDeduction), field(&L::netWeight),
+        field(&L::driverName),    field(&L::biltyNo),        field(&L::rateUnit),
+        field(&L::bagsRate),      field(&L::rateUnitName),   field(&L::weightInKgs)};
+    return fields;
+}
+
+std::optional<Objection> checkArrivalField(const ArrivalLine& l, int column,
+                                           const ArrivalCellContext& context) {
     switch (column) {
     case ColVehicleNo:
-        if (text.size() > 15)
+        if (l.vehicleNo.size() > 15)
             return refuse(QStringLiteral("Vehicle no must be less then 15 charactors."));
         break;
     case ColClass:
-        if (!context.bagClasses.contains(text))
+        if (!context.bagClasses.contains(l.bagsClass))
             return refuse(standardRefusal(column));
         break;
     case ColType:
-        if (!context.bagTypes.contains(text))
+        if (!context.bagTypes.contains(l.bagsType))
             return refuse(standardRefusal(column));
         break;
     case ColQty:
-        if (outside(entry, 99999))
+        if (outside(l.noOfBags, 99999))
             return refuse(standardRefusal(column));
         break;
     case ColBags:
-        if (outside(entry, 99999.99))
+        if (outside(l.bagWeight, 99999.99))
             return refuse(standardRefusal(column));
-        if (context.hasCenter && (entry <= 0 || leadingNumber(context.remainingWeight) < entry))
+        if (context.hasCenter &&
+            (l.bagWeight <= 0 || leadingNumber(context.remainingWeight) < l.bagWeight))
             return refuse(
                 QStringLiteral("Weight must be greator then 0 and less then remaining Weight."));
         break;
     case ColGross:
-        if (outside(entry, 99999))
+        if (outside(l.gross, 99999))
             return refuse(standardRefusal(column));
         break;
     case ColPerBag:
+        if (outside(l.bagsDeduction, 99999))
+            return refuse(standardRefusal(column));
+        break;
     case ColOther:
-        if (outside(entry, 99999))
+        if (outside(l.otherDeduction, 99999))
             return refuse(standardRefusal(column));
         break;
     case ColDriverName:
-        if (text.size() > 25)
+        if (l.driverName.size() > 25)
             return refuse(standardRefusal(column));
         break;
     case ColBiltyNo:
-        if (text.size() > 15)
+        if (l.biltyNo.size() > 15)
             return refuse(standardRefusal(column));
         break;
     default:
         break;
     }
     return std::nullopt;
+}
+
+std::optional<Objection> checkArrivalCell(int column, const QString& text,
+                                          const ArrivalCellContext& context) {
+    if (column < 0 || column >= ArrivalColumnCount)
+        return std::nullopt;
+    ArrivalLine typed;
+    arrivalLineFields()[size_t(column)].take(typed, text);
+    return checkArrivalField(typed, column, context);
 }
 
 bool exceedsQuota(int column, const QString& text, const ArrivalCellContext& context) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/LineRows.h"
 #include "services/Numeric.h"
 #include "services/Objection.h"
 
@@ -106,6 +107,13 @@ struct ArrivalCellContext {
     QStringList bagTypes;   // names of the bag type list
 };
 
+// How each column reads and writes a line, in column order: the grid binds these, and a typed
+// text is checked through them as the field it will become.
+const std::vector<LineField<ArrivalLine>>& arrivalLineFields();
+
+// The refusal of a line's field, whether typed or written by code, or nothing.
+std::optional<Objection> checkArrivalField(const ArrivalLine& line, int column,
+                                           const ArrivalCellContext& context);
 // The refusal of a typed cell, or nothing. A quantity or weight over a centre's remaining quota
 // is not refused here: see exceedsQuota.
 std::optional<Objection> checkArrivalCell(int column, const QString& text,

@@ -219,9 +219,21 @@ void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
 }
 
 void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
-    for (int i = 0; i < int(a.lines.size()); ++i)
-        if (!(a.lines[size_t(i)].bagWeight > 0))
+    for (int i = 0; i < int(a.lines.size()); ++i) {
+        const ArrivalLine& l = a.lines[size_t(i)];
+        if (!(l.bagWeight > 0))
             throw Objected(lineRefusal(i, ColBags));
+        // A line that weighs nothing after its deductions would take stock away on arrival.
+        if (!(storedNetWeight(l.noOfBags, l.bagWeight, l.bagsDeduction, l.otherDeduction) > 0))
+            throw Objected(lineRefusal(i, ColOther));
+    }
+    // One contract, one arrival: a contract another arrival has taken is no longer on offer.
+    if (a.contractId != 0 &&
+        scalar(m_conn,
+               QStringLiteral("SELECT 1 FROM Arrivals WHERE ContractId = ? AND ArrivalId <> ?"),
+               {a.contractId, a.arrivalId})
+            .isValid())
+        throw Objected(Objection::info(kInvalidContract, QStringLiteral("CboContract")));
 
     if (isInvoiced(a.arrivalId) != 0)
         throw Objected(Objection::warning(kArrivalUpdateRefusal));

@@ -29,16 +29,27 @@ std::optional<Objection> ValidateArrival(const ArrivalSaveInput& input, const Do
                 "There is no record to save.Please enter atleast one commodity and save again"),
             QStringLiteral("Grid"));
 
+    const ArrivalCellContext& cells = input.cells;
     for (int i = 0; i < int(input.lines.size()); ++i) {
         const ArrivalLine& line = input.lines[size_t(i)];
         // A line without a weight per bag has no weight at all; it is refused rather than
         // dropped, and so is a line whose bags the stock could not be kept under.
         if (!(line.bagWeight > 0))
             return lineRefusal(i, ColBags);
-        if (!input.bagClasses.isEmpty() && !input.bagClasses.contains(line.bagsClass))
+        if (!cells.bagClasses.isEmpty() && !cells.bagClasses.contains(line.bagsClass))
             return lineRefusal(i, ColClass);
-        if (!input.bagTypes.isEmpty() && !input.bagTypes.contains(line.bagsType))
+        if (!cells.bagTypes.isEmpty() && !cells.bagTypes.contains(line.bagsType))
             return lineRefusal(i, ColType);
+        // A commodity's default bag or a permit's figures went in without the typed checks.
+        // Gross is not among them: qty times bag weight may pass what a typed gross may not.
+        for (int column :
+             {ColVehicleNo, ColQty, ColBags, ColPerBag, ColOther, ColDriverName, ColBiltyNo})
+            if (auto refusal = checkArrivalField(line, column, cells))
+                return refusal->inGrid(QStringLiteral("Grid"), i, column);
+        // The screen may show a negative net; the stock must never take one.
+        if (!(storedNetWeight(line.noOfBags, line.bagWeight, line.bagsDeduction,
+                              line.otherDeduction) > 0))
+            return lineRefusal(i, ColOther);
     }
     return std::nullopt;
 }

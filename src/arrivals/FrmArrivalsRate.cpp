@@ -132,26 +132,26 @@ void FrmArrivalsRate::buildUi() {
     const auto shown = [](const QString& caption, int width) {
         return GridColumn::readOnly(caption, width).aligned(Qt::AlignRight | Qt::AlignVCenter);
     };
-    using L = ArrivalLine;
-    m_grid->setColumns<L>({
+    const auto& f = arrivalLineFields();
+    m_grid->setColumns<ArrivalLine>({
         {GridColumn::text(caps[ColVehicleNo], 100).named(QStringLiteral("TxtVehicleNo")),
-         field(&L::vehicleNo)},
+         f[ColVehicleNo]},
         {GridColumn::lookupOf(caps[ColClass], {}, 80).named(QStringLiteral("CboBagClass")),
-         field(&L::bagsClass)},
+         f[ColClass]},
         {GridColumn::lookupOf(caps[ColType], {}, 100).named(QStringLiteral("CboBagType")),
-         field(&L::bagsType)},
-        {number(caps[ColQty], 60, 0).named(QStringLiteral("TxtQty")), field(&L::noOfBags)},
-        {number(caps[ColBags], 70, 2).named(QStringLiteral("TxtBags")), field(&L::bagWeight)},
-        {number(caps[ColGross], 80, 2).named(QStringLiteral("TxtGross")), field(&L::gross)},
-        {number(caps[ColPerBag], 60, 2), field(&L::bagsDeduction)},
-        {number(caps[ColOther], 60, 2), field(&L::otherDeduction)},
-        {shown(caps[ColNetWeight], 90), field(&L::netWeight)},
-        {GridColumn::text(caps[ColDriverName], 120), field(&L::driverName)},
-        {GridColumn::text(caps[ColBiltyNo], 90), field(&L::biltyNo)},
-        {shown(caps[ColRateUnit], 70), field(&L::rateUnit)},
-        {shown(caps[ColBagRate], 70), field(&L::bagsRate)},
-        {GridColumn::readOnly(caps[ColRateUnitId], 90), field(&L::rateUnitName)},
-        {shown(caps[ColWeighInKgs], 70), field(&L::weightInKgs)},
+         f[ColType]},
+        {number(caps[ColQty], 60, 0).named(QStringLiteral("TxtQty")), f[ColQty]},
+        {number(caps[ColBags], 70, 2).named(QStringLiteral("TxtBags")), f[ColBags]},
+        {number(caps[ColGross], 80, 2).named(QStringLiteral("TxtGross")), f[ColGross]},
+        {number(caps[ColPerBag], 60, 2), f[ColPerBag]},
+        {number(caps[ColOther], 60, 2), f[ColOther]},
+        {shown(caps[ColNetWeight], 90), f[ColNetWeight]},
+        {GridColumn::text(caps[ColDriverName], 120), f[ColDriverName]},
+        {GridColumn::text(caps[ColBiltyNo], 90), f[ColBiltyNo]},
+        {shown(caps[ColRateUnit], 70), f[ColRateUnit]},
+        {shown(caps[ColBagRate], 70), f[ColBagRate]},
+        {GridColumn::readOnly(caps[ColRateUnitId], 90), f[ColRateUnitId]},
+        {shown(caps[ColWeighInKgs], 70), f[ColWeighInKgs]},
     });
     std::vector<GridGroup> groups;
     for (const ColumnGroup& g : arrivalColumnGroups())
@@ -283,7 +283,7 @@ void FrmArrivalsRate::contractChosen() {
         return;
     const auto defaults = m_store.contractDefaults(qint64(leadingNumber(text)));
     if (!defaults) {
-        msg::inform(this, QStringLiteral("Please provide a valid Contract Id."));
+        msg::inform(this, kInvalidContract);
         m_cboContract->setFocus();
         return;
     }
@@ -425,13 +425,18 @@ std::optional<RateUnitInfo> FrmArrivalsRate::unitNamed(const QString& name) cons
     return RateUnitInfo{name, m_unitWeights.value(key, 0.0)};
 }
 
-std::optional<Objection> FrmArrivalsRate::checkCell(int, int column, const QString& text) {
+ArrivalCellContext FrmArrivalsRate::cellContext() const {
     ArrivalCellContext c;
     c.hasCenter = !m_cboPRCenter->text().isEmpty();
     c.remainingBags = m_txtRemainingBags->text();
     c.remainingWeight = m_txtRemainingWeight->text();
     c.bagClasses = names(m_bagClasses);
     c.bagTypes = names(m_bagTypes);
+    return c;
+}
+
+std::optional<Objection> FrmArrivalsRate::checkCell(int, int column, const QString& text) {
+    const ArrivalCellContext c = cellContext();
     if (auto refusal = checkArrivalCell(column, text, c))
         return refusal;
     if (!exceedsQuota(column, text, c))
@@ -565,8 +570,7 @@ void FrmArrivalsRate::saveDocument() {
     in.arrivalIdText = m_txtArrivalId->text();
     in.isOpened = isOpened();
     in.lines = doc.lines;
-    in.bagClasses = names(m_bagClasses);
-    in.bagTypes = names(m_bagTypes);
+    in.cells = cellContext();
     if (const auto objection = ValidateArrival(in, m_store)) {
         object(*objection);
         return;

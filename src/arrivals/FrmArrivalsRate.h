@@ -61,6 +61,7 @@ private:
     void permitChosen();
     void sellerTypeChosen();
 
+    ArrivalCellContext cellContext() const;
     std::optional<Objection> checkCell(int row, int column, const QString& text);
     void recompute(int row, int column);
     std::optional<RateUnitInfo> unitNamed(const QString& name) const;

@@ -210,8 +210,6 @@ bool LineGridModel::editCell(int row, int column, const QString& text) {
     // Leaving the new-line row empty adds nothing.
     if (trailing && text.isEmpty())
         return true;
-    if (!trailing && cellText(row, column) == text)
-        return true;
 
     const GridColumn& c = m_columns[size_t(column)];
     std::optional<Objection> refusal;
@@ -351,7 +349,8 @@ public:
         case GridColumn::Kind::Number: {
             auto* e = new NumberEdit(parent);
             e->setDecimals(c.decimals);
-            e->setAllowNegative(c.allowNegative);
+            // A sign typed by the clerk stands, for the column's check to refuse in words.
+            e->setAllowNegative(true);
             if (c.maxLength > 0)
                 e->setMaxLength(c.maxLength);
             editor = e;

@@ -37,7 +37,6 @@ struct GridColumn {
     int decimals = 2;
     double minimum = 0;
     double maximum = 0;
-    bool allowNegative = false;
     LookupList lookup; // Lookup
     bool hidden = false;
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;

@@ -139,6 +139,7 @@ private Q_SLOTS:
     void arrivalThroughAPRCentre();
     void openEditRemoveAndRefuseInvoiced();
     void sameKeyOnTwoScreens();
+    void linesAreCheckedWhateverWroteThem();
 
 private:
     FrmArrivalsRate* showScreen();
@@ -389,6 +390,56 @@ void TestArrivalScreen::sameKeyOnTwoScreens() {
     const char* vehicleOf = "SELECT VehicleNo FROM ArrivalsBody WHERE ArrivalId = ?";
     QCOMPARE(valueOf(*m_conn, vehicleOf, key), QStringLiteral("FIRST"));
     QCOMPARE(valueOf(*m_conn, vehicleOf, key + 1), QStringLiteral("SECOND"));
+}
+
+// A figure the screen wrote itself is checked at save as if typed, retyping a cell's own text
+// is checked again, a typed sign is kept for its check to refuse, and a line that would weigh
+// less than nothing is shown but never saved.
+void TestArrivalScreen::linesAreCheckedWhateverWroteThem() {
+    GM_REQUIRE_ENGINE();
+    execute(*m_conn, "INSERT INTO PRCenters (CenterId, CenterName) VALUES (91, 'PR Centre Small')");
+    insertDfcPayment(*m_conn, 902, kWheatGovernment, 4000, 85, 2, {{"P-950", 91, 10, 50}});
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    const int id = textOf(s, "TxtArrivalID").toInt();
+    LineGrid* grid = control<LineGrid>(s, "Grid");
+    LineGridModel* lines = grid->lines();
+    typeCommodity(s, kWheatGovernment); // its 100 kg bag goes into the line unchecked
+    typeInto(s, "CboPRCenter", QStringLiteral("PR Centre Small"));
+    QCOMPARE(textOf(s, "TxtRemainingWeight"), QStringLiteral("50"));
+    typeCell(grid, 0, ColVehicleNo, QStringLiteral("SML-1"));
+    typeCell(grid, 0, ColClass, QStringLiteral("New"));
+    typeCell(grid, 0, ColQty, QStringLiteral("1"));
+    QCOMPARE(lines->cellText(0, ColBags), QStringLiteral("100"));
+
+    const QString weight =
+        QStringLiteral("Weight must be greator then 0 and less then remaining Weight.");
+    const auto refusedSave = [&](const QString& words, int column) {
+        grid->setCurrentIndex(lines->index(0, ColVehicleNo));
+        const auto seen =
+            answering({QMessageBox::Yes, QMessageBox::Ok}, [s] { ctrl(s, Qt::Key_S); });
+        QCOMPARE(textsOf(seen).value(1), words);
+        QCOMPARE(grid->currentIndex(), lines->index(0, column));
+        QVERIFY(!ArrivalStore(*m_conn).exists(id));
+    };
+    refusedSave(weight, ColBags);
+    QCOMPARE(textsOf(answering({QMessageBox::Ok},
+                               [grid] { typeCell(grid, 0, ColBags, QStringLiteral("100")); })),
+             QStringList({weight}));
+    escapeCell(grid, "TxtBags");
+    typeCell(grid, 0, ColBags, QStringLiteral("40"));
+
+    QCOMPARE(textsOf(answering({QMessageBox::Ok},
+                               [grid] { typeCell(grid, 0, ColPerBag, QStringLiteral("-1")); })),
+             QStringList({"Please provide a valid per bag."}));
+    QCOMPARE(lines->cellText(0, ColPerBag), QString());
+    for (QLineEdit* editor : grid->findChildren<QLineEdit*>())
+        if (editor->isVisible())
+            QTest::keyClick(editor, Qt::Key_Escape);
+
+    typeCell(grid, 0, ColOther, QStringLiteral("5000"));
+    QCOMPARE(lines->cellText(0, ColNetWeight), QStringLiteral("-4960"));
+    refusedSave(QStringLiteral("Please provide a valid other."), ColOther);
 }
 
 QTEST_MAIN(TestArrivalScreen)

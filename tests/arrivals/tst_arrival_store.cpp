@@ -117,8 +117,31 @@ void TestArrivalStore::editRefusalsAndRemoval() {
                  &row),
              QStringLiteral("Please provide a valid bags."));
     QCOMPARE(row, 1);
+    // Nor is a line whose deductions outweigh it saved: it would take stock away.
+    QCOMPARE(refusalOf(
+                 [&] {
+                     store.save(freeArrival(1, {vehicle("A-1", 10, 100, 0, 1000),
+                                                vehicle("A-2", 10, 100, 0, 1001)}),
+                                false);
+                 },
+                 &row),
+             QStringLiteral("Please provide a valid other."));
+    QCOMPARE(row, 0);
     QCOMPARE(bodyLines(*conn, 1), 2);
     QCOMPARE(stockWeight(*conn, kWheatLocal), 20000.0);
+
+    // One contract, one arrival: a contract another arrival has taken is refused.
+    insertContract(*conn, 77, QString::fromLatin1(kSeller), kWheatLocal);
+    ArrivalDocument viaContract = freeArrival(2, {vehicle("C-1", 10, 100)});
+    viaContract.contractId = 77;
+    store.save(viaContract, true);
+    viaContract.arrivalId = 3;
+    QCOMPARE(refusalOf([&] { store.save(viaContract, true); }),
+             QStringLiteral("Please provide a valid Contract Id."));
+    QVERIFY(!store.exists(3));
+    viaContract.arrivalId = 2; // its own arrival may still be saved again
+    store.save(viaContract, false);
+    store.remove(2);
 
     ArrivalDocument edited = freeArrival(1, {vehicle("A-3", 10, 100, 0, 0, 3, 2)});
     edited.commodityId = kWheatGovernment;
