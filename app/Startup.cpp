@@ -2,7 +2,7 @@
 
 #include "DatabaseDialog.h"
 #include "datastore/Conn.h"
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 #include "datastore/Sql.h"
 #include "HostConfig.h"
 #include "HostLog.h"

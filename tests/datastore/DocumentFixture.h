@@ -1,7 +1,7 @@
 #pragma once
 
 #include "datastore/Conn.h"
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 #include "datastore/Sql.h"
 #include "support/TestDb.h"
 

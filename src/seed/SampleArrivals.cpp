@@ -1,4 +1,4 @@
-#include "arrivals/SampleArrivals.h"
+#include "seed/SampleArrivals.h"
 
 #include "arrivals/ArrivalStore.h"
 #include "datastore/Conn.h"

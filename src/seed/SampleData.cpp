@@ -1,7 +1,7 @@
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 
-#include "arrivals/SampleArrivals.h"
-#include "contracts/SampleContracts.h"
+#include "seed/SampleArrivals.h"
+#include "seed/SampleContracts.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"

@@ -1,4 +1,4 @@
-#include "contracts/SampleContracts.h"
+#include "seed/SampleContracts.h"
 
 #include "contracts/ContractStore.h"
 
