@@ -111,11 +111,13 @@ std::optional<ContractRecord> ContractStore::load(qint64 contractId) const {
 
 ContractStore::InsertResult ContractStore::insert(const PurchaseContract& contract) {
     try {
-        Transaction tx(m_conn);
+        Transaction tx(m_conn, Transaction::Write);
         // Tested inside the write so that a number shown on two screens is written once.
         if (exists(contract.contractId))
             return InsertResult::NumberTaken;
-        insertWithin(contract);
+        Query q(m_conn, QString::fromLatin1(kInsertSql));
+        bindColumns(q, contract);
+        q.exec();
         tx.commit();
         return InsertResult::Inserted;
     } catch (const DbError&) {
@@ -127,14 +129,8 @@ ContractStore::InsertResult ContractStore::insert(const PurchaseContract& contra
     }
 }
 
-void ContractStore::insertWithin(const PurchaseContract& contract) {
-    Query q(m_conn, QString::fromLatin1(kInsertSql));
-    bindColumns(q, contract);
-    q.exec();
-}
-
 bool ContractStore::update(const PurchaseContract& contract) {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
     Query q(m_conn, QString::fromLatin1(kUpdateSql));
     bindColumns(q, contract);
     q.exec();
@@ -144,7 +140,8 @@ bool ContractStore::update(const PurchaseContract& contract) {
 }
 
 ContractStore::RemoveResult ContractStore::remove(qint64 contractId) {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
+    tx.lockRows(QStringLiteral("PContracts"), QStringLiteral("ContractId"), {contractId});
     RemoveResult result;
     // Asked inside the removal so that no arrival or invoice can take the contract up
     // between the question and the delete.

@@ -33,11 +33,8 @@ public:
 
     enum class InsertResult { Inserted, NumberTaken };
     // Adds a new contract. A number that another clerk took meanwhile is reported, never
-    // written over.
+    // written over. Joins a transaction the caller holds; a taken number then spoils it.
     InsertResult insert(const PurchaseContract& contract);
-    // Writes a new row as part of a transaction the caller already holds (several documents
-    // loaded as one); a taken number fails like any other refused statement.
-    void insertWithin(const PurchaseContract& contract);
     // Writes an existing contract by its number; false when the row is gone.
     bool update(const PurchaseContract& contract);
 
