@@ -2,10 +2,10 @@
 
 #include "DatabaseDialog.h"
 #include "datastore/Conn.h"
-#include "datastore/SampleData.h"
 #include "datastore/Sql.h"
 #include "HostLog.h"
 #include "MasterDataEditor.h"
+#include "seed/SampleData.h"
 #include "SettingsDialog.h"
 #include "Startup.h"
 

@@ -323,7 +323,7 @@ void MasterDataStore::bindKey(Query& q, const RowValues& row) const {
 void MasterDataStore::insert(const RowValues& row) const {
     if (auto p = validate(row, nullptr))
         throw DbError(p->message, m_def.title);
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
     for (bool secondary : {false, true}) {
         if (secondary && m_def.secondaryTable.isEmpty())
             break;
@@ -353,7 +353,7 @@ void MasterDataStore::insert(const RowValues& row) const {
 void MasterDataStore::update(const RowValues& original, const RowValues& row) const {
     if (auto p = validate(row, &original))
         throw DbError(p->message, m_def.title);
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
     for (bool secondary : {false, true}) {
         if (secondary && m_def.secondaryTable.isEmpty())
             break;
@@ -411,7 +411,7 @@ QString MasterDataStore::inUseMessage(const QString& table) const {
 }
 
 void MasterDataStore::remove(const RowValues& row) const {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
     // Asked inside the removal's transaction so no document can slip in between.
     const QString hit = referencedBy(row);
     if (!hit.isEmpty())

@@ -2,10 +2,10 @@
 
 #include "DatabaseDialog.h"
 #include "datastore/Conn.h"
-#include "datastore/SampleData.h"
 #include "datastore/Sql.h"
 #include "HostConfig.h"
 #include "HostLog.h"
+#include "seed/SampleData.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

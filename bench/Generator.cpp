@@ -719,7 +719,7 @@ GenerateReport Mill::run() {
     const int days = std::max(1, int(std::lround(m_o.years * 365.0)));
     const QDate first = m_o.today.addDays(1 - days);
     {
-        Transaction t(m_conn);
+        Transaction t(m_conn, Transaction::Write);
         masterData();
         // Every party starts with the balance it brought from before the history begins.
         for (int i = 2; i <= 341; ++i)
@@ -731,7 +731,7 @@ GenerateReport Mill::run() {
     say(QStringLiteral("master data: %1 ms").arg(clock.elapsed()));
 
     std::optional<Transaction> t;
-    t.emplace(m_conn);
+    t.emplace(m_conn, Transaction::Write);
     for (QDate d = first; d <= m_o.today; d = d.addDays(1)) {
         contracts(d);
         dfcPayments(d);
@@ -747,7 +747,7 @@ GenerateReport Mill::run() {
         const bool yearEnd = first.daysTo(d) % 365 == 364;
         if (yearEnd || !sqlite) {
             t->commit();
-            t.emplace(m_conn);
+            t.emplace(m_conn, Transaction::Write);
         }
         if (yearEnd)
             say(QStringLiteral("up to %1: %2 arrivals, %3 ms")

@@ -213,12 +213,7 @@ int ArrivalStore::isInvoiced(int arrivalId) const {
 }
 
 void ArrivalStore::save(const ArrivalDocument& a, bool isNew) {
-    Transaction tx(m_conn);
-    saveWithinTransaction(a, isNew);
-    tx.commit();
-}
-
-void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
+    Transaction tx(m_conn, Transaction::Write);
     for (int i = 0; i < int(a.lines.size()); ++i) {
         const ArrivalLine& l = a.lines[size_t(i)];
         if (!(l.bagWeight > 0))
@@ -235,6 +230,9 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
             .isValid())
         throw Objected(Objection::info(kInvalidContract, QStringLiteral("CboContract")));
 
+    // Held until the save ends, so that no invoice can take the arrival up once it was found
+    // free.
+    tx.lockRows(QStringLiteral("Arrivals"), QStringLiteral("ArrivalId"), {a.arrivalId});
     if (isInvoiced(a.arrivalId) != 0)
         throw Objected(Objection::warning(kArrivalUpdateRefusal));
 
@@ -290,10 +288,12 @@ void ArrivalStore::saveWithinTransaction(const ArrivalDocument& a, bool isNew) {
     }
     execute(m_conn, QStringLiteral("UPDATE Arrivals SET IsPosted = 1 WHERE ArrivalId = ?"),
             {a.arrivalId});
+    tx.commit();
 }
 
 void ArrivalStore::remove(int arrivalId) {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
+    tx.lockRows(QStringLiteral("Arrivals"), QStringLiteral("ArrivalId"), {arrivalId});
     // Invoice lines carry a key of their own to the head, so the guard names PurchaseBody too.
     refuseIfReferenced(m_conn, QStringLiteral("Arrivals"),
                        {{QStringLiteral("ArrivalId"), arrivalId}},

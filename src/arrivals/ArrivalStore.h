@@ -81,11 +81,10 @@ public:
     // The purchase invoice that uses this arrival, or 0.
     int isInvoiced(int arrivalId) const;
 
-    // One transaction: the head written unposted, its lines replaced, then posted, so that the
-    // stock follows the lines exactly once. A new arrival is only ever inserted.
+    // One transaction, or part of one the caller holds: the head written unposted, its lines
+    // replaced, then posted, so that the stock follows the lines exactly once. A new arrival
+    // is only ever inserted.
     void save(const ArrivalDocument& arrival, bool isNew);
-    // The same writes inside a transaction the caller holds (the sample mill's).
-    void saveWithinTransaction(const ArrivalDocument& arrival, bool isNew);
     // One transaction; refused when anything still points at the arrival.
     void remove(int arrivalId);
 

@@ -116,11 +116,13 @@ void ContractStore::insert(const PurchaseContract& contract) {
         return Objected(Objection::warning(kContractIdTaken).withNewDocumentId(nextContractId()));
     };
     try {
-        Transaction tx(m_conn);
+        Transaction tx(m_conn, Transaction::Write);
         // Tested inside the write so that a number shown on two screens is written once.
         if (exists(contract.contractId))
             throw taken();
-        insertWithin(contract);
+        Query q(m_conn, QString::fromLatin1(kInsertSql));
+        bindColumns(q, contract);
+        q.exec();
         tx.commit();
     } catch (const DbError&) {
         // Another connection may have written the same number between the test and the
@@ -131,14 +133,8 @@ void ContractStore::insert(const PurchaseContract& contract) {
     }
 }
 
-void ContractStore::insertWithin(const PurchaseContract& contract) {
-    Query q(m_conn, QString::fromLatin1(kInsertSql));
-    bindColumns(q, contract);
-    q.exec();
-}
-
 bool ContractStore::update(const PurchaseContract& contract) {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
     Query q(m_conn, QString::fromLatin1(kUpdateSql));
     bindColumns(q, contract);
     q.exec();
@@ -148,7 +144,8 @@ bool ContractStore::update(const PurchaseContract& contract) {
 }
 
 void ContractStore::remove(qint64 contractId) {
-    Transaction tx(m_conn);
+    Transaction tx(m_conn, Transaction::Write);
+    tx.lockRows(QStringLiteral("PContracts"), QStringLiteral("ContractId"), {contractId});
     // Asked inside the removal so that no arrival or invoice can take the contract up
     // between the question and the delete.
     refuseIfReferenced(m_conn, QStringLiteral("PContracts"),

@@ -25,11 +25,9 @@ public:
     std::optional<ContractRecord> load(qint64 contractId) const;
 
     // Adds a new contract. A number that another clerk took meanwhile is refused with the
-    // next free one, never written over.
+    // next free one, never written over. Joins a transaction the caller holds; a taken number
+    // then spoils it.
     void insert(const PurchaseContract& contract);
-    // Writes a new row as part of a transaction the caller already holds (several documents
-    // loaded as one); a taken number fails like any other refused statement.
-    void insertWithin(const PurchaseContract& contract);
     // Writes an existing contract by its number; false when the row is gone.
     bool update(const PurchaseContract& contract);
 

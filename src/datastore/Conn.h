@@ -55,9 +55,18 @@ public:
     }
 
 private:
+    friend class Transaction;
+    // The one transaction open on this connection, shared by every guard that joined it.
+    struct TransactionState {
+        int depth = 0; // guards open; 0 when no transaction is
+        bool write = false;
+        bool spoiled = false; // an inner guard ended without commit
+    };
+
     Conn(QString name, DbLocation location);
     QString m_name;
     DbLocation m_location;
+    mutable TransactionState m_transaction;
 };
 
 } // namespace gm

@@ -46,7 +46,16 @@ void migrateSchema(const Conn& conn) {
     for (const Migration& m : schemaMigrations()) {
         if (m.version <= stored)
             continue;
-        Transaction tx(conn);
+        Transaction tx(conn, Transaction::Write);
+        // Two programs may open a new database at once: the second waits for the first's step
+        // and then finds it applied.
+        if (conn.isPostgres()) {
+            QSqlQuery lock(conn.db()); // a LOCK cannot be prepared
+            if (!lock.exec(QStringLiteral("LOCK TABLE SchemaVersion IN EXCLUSIVE MODE")))
+                throw DbError(lock.lastError().text(), QStringLiteral("Database"));
+        }
+        if (storedSchemaVersion(conn) >= m.version)
+            continue;
         const QStringList& steps = conn.isPostgres() ? m.postgres : m.sqlite;
         for (const QString& sql : steps) {
             QSqlQuery q(conn.db());

@@ -1,7 +1,7 @@
 #include "ArrivalFixture.h"
 #include "arrivals/ArrivalReport.h"
 #include "arrivals/ArrivalStore.h"
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 #include "services/ReferentialGuard.h"
 #include "support/TestDb.h"
 

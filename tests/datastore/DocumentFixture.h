@@ -1,8 +1,8 @@
 #pragma once
 
 #include "datastore/Conn.h"
-#include "datastore/SampleData.h"
 #include "datastore/Sql.h"
+#include "seed/SampleData.h"
 #include "support/TestDb.h"
 
 #include <QDate>

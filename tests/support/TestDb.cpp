@@ -135,7 +135,7 @@ QString lastLocation() {
 
 } // namespace gm::test
 
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 
 std::unique_ptr<gm::Conn> gm::test::freshSampleConn() {
     auto conn = freshConn();

@@ -1,4 +1,4 @@
-#include "arrivals/SampleArrivals.h"
+#include "seed/SampleArrivals.h"
 
 #include "arrivals/ArrivalStore.h"
 #include "datastore/Conn.h"
@@ -117,7 +117,7 @@ void loadSampleArrivals(const Conn& conn) {
     free.lines = {line("LES-4471", 120, 100, 0.5, 15, kJute100, kNew, "Muhammad Boota", "B-1182"),
                   line("LHR-2290", 95, 99.5, 0.5, 0, kJute100, kUsed, "Ghulam Rasool", "")};
     priced(conn, free, 3850, 0, kMound);
-    store.saveWithinTransaction(free, true);
+    store.save(free, true);
 
     const qint64 contractId = freeContract(conn);
     if (const auto terms = store.contractDefaults(contractId)) {
@@ -135,7 +135,7 @@ void loadSampleArrivals(const Conn& conn) {
             scalar(conn, QStringLiteral("SELECT RatePerUnit FROM PContracts WHERE ContractId = ?"),
                    {contractId}));
         priced(conn, byContract, rate, 0, kMound);
-        store.saveWithinTransaction(byContract, true);
+        store.save(byContract, true);
     }
 
     const Permit permit = samplePermit(conn);
@@ -152,7 +152,7 @@ void loadSampleArrivals(const Conn& conn) {
     if (const auto rates = store.permitRates(permit.centerId, permit.commodityId))
         priced(conn, viaCentre, rates->ratePerUnit, rates->pricePerBag,
                rates->rateUnitId ? rates->rateUnitId : kMound);
-    store.saveWithinTransaction(viaCentre, true);
+    store.save(viaCentre, true);
 }
 
 } // namespace gm

@@ -1,6 +1,7 @@
-#include "contracts/SampleContracts.h"
+#include "seed/SampleContracts.h"
 
 #include "contracts/ContractStore.h"
+#include "datastore/Sql.h"
 
 #include <QDate>
 
@@ -26,6 +27,9 @@ void loadSampleContracts(const Conn& conn) {
         c.modeOfPayment = QStringLiteral("Cash");
         return c;
     };
+    // The sample's numbers are drawn inside the caller's write transaction, so none is taken;
+    // a taken one would refuse the whole sample.
+    const auto insert = [&](const PurchaseContract& c) { store.insert(c); };
 
     PurchaseContract a = contract(20, 1, "6100001", "6300001", "Vehicles", 10, 3850);
     a.brokerage = 5;
@@ -33,7 +37,7 @@ void loadSampleContracts(const Conn& conn) {
     a.bagsDeduction = 0.5;
     a.isDeliveryInMill = true;
     a.otherTerms = QStringLiteral("Moisture not above 10%");
-    store.insertWithin(a);
+    insert(a);
 
     PurchaseContract b = contract(12, 1, "6100002", "6300002", "Bags", 2000, 3900);
     b.brokerage = 0.5;
@@ -41,14 +45,14 @@ void loadSampleContracts(const Conn& conn) {
     b.bagsDeduction = 0.75;
     b.otherDeduction = 10;
     b.modeOfPayment = QStringLiteral("DD");
-    store.insertWithin(b);
+    insert(b);
 
     // Bought straight from the grower, with no broker between.
     PurchaseContract c = contract(5, 3, "6100005", "", "Weight", 50000, 4100);
     c.isPaymentOnSite = true;
     c.modeOfPayment = QStringLiteral("To Pay");
     c.otherTerms = QStringLiteral("Seller's own transport; foreign matter under 2%");
-    store.insertWithin(c);
+    insert(c);
 }
 
 } // namespace gm

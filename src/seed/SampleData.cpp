@@ -1,7 +1,7 @@
-#include "datastore/SampleData.h"
+#include "seed/SampleData.h"
 
-#include "arrivals/SampleArrivals.h"
-#include "contracts/SampleContracts.h"
+#include "seed/SampleArrivals.h"
+#include "seed/SampleContracts.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
@@ -195,19 +195,19 @@ void writeMasterData(const Conn& conn) {
 } // namespace
 
 void loadSampleMasterData(const Conn& conn) {
-    Transaction tx(conn);
+    Transaction tx(conn, Transaction::Write);
     writeMasterData(conn);
     tx.commit();
 }
 
 void loadSampleMill(const Conn& conn) {
-    Transaction tx(conn);
+    Transaction tx(conn, Transaction::Write);
     writeMasterData(conn);
 
     // ---- Sample documents -------------------------------------------------------------------
     // Each document subsystem adds here the call that writes its own sample documents
-    // (contracts, arrivals, ...), in the order in which they depend on one another, so that
-    // they share this transaction.
+    // (contracts, arrivals, ...) through its store, in the order in which they depend on one
+    // another; the stores' own transactions join this one.
     loadSampleContracts(conn);
     loadSampleArrivals(conn);
     // ---- End of sample documents ------------------------------------------------------------
