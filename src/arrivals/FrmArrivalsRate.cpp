@@ -303,13 +303,25 @@ void FrmArrivalsRate::contractChosen() {
 }
 
 void FrmArrivalsRate::contractEmptied() {
-    const bool hadFocus = m_cboContract->hasFocus();
     m_cboCommodity->setEnabled(true);
     enableSellerFields(true);
     m_cboPRCenter->setEnabled(true);
     m_cboPermitNo->setEnabled(true);
-    if (hadFocus)
-        m_cboCommodity->setFocus();
+    // The clerk is still typing here; the commodity is asked for once the field is left.
+    m_contractCleared = m_cboContract->hasFocus();
+}
+
+bool FrmArrivalsRate::focusNextPrevChild(bool next) {
+    // A contract emptied by the clerk leaves a commodity to choose: the field left forward
+    // goes there rather than on down the form.
+    if (next && m_contractCleared && m_cboContract->hasFocus() && m_cboContract->text().isEmpty() &&
+        m_cboCommodity->isEnabled()) {
+        m_contractCleared = false;
+        m_cboCommodity->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    m_contractCleared = false;
+    return DocumentScreen::focusNextPrevChild(next);
 }
 
 void FrmArrivalsRate::commodityChosenQuietly() {

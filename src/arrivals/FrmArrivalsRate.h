@@ -46,6 +46,7 @@ protected:
     // Loads the arrival into the screen; false when there is no such arrival with vehicles.
     bool loadDocument(qint64 arrivalId) override;
     void documentOpened() override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void buildUi();
@@ -92,7 +93,8 @@ private:
     LookupList m_bagTypes;
     QHash<QString, double> m_unitWeights;
     std::optional<RateUnitInfo> m_commodityUnit;
-    int m_quiet = 0; // >0 while code fills fields: their handlers stay still
+    int m_quiet = 0;                // >0 while code fills fields: their handlers stay still
+    bool m_contractCleared = false; // the clerk emptied CboContract and has not left it yet
 };
 
 } // namespace gm

@@ -244,6 +244,25 @@ void TestArrivalScreen::arrivalAgainstAContract() {
     QCOMPARE(control<LookupCombo>(s, "CboContract")->findName(QStringLiteral("901")), -1);
     QVERIFY(control(s, "CboPRCenter")->isEnabled());
     QVERIFY(control(s, "CboSeller")->isEnabled());
+    // Emptying the contract frees the fields at once but leaves the clerk where they type;
+    // leaving the empty field forward goes to the commodity it now asks for.
+    insertContract(*m_conn, 902, QString::fromLatin1(kSeller), kWheatGovernment);
+    control<LookupCombo>(s, "CboContract")->setItems(ArrivalStore(*m_conn).contracts());
+    QApplication::setActiveWindow(s);
+    typeInto(s, "CboContract", QStringLiteral("902"));
+    QVERIFY(!control(s, "CboCommodity")->isEnabled());
+    auto* contract = control<LookupCombo>(s, "CboContract");
+    const auto holds = [s](QWidget* w) {
+        QWidget* f = s->focusWidget();
+        return f && (f == w || w->isAncestorOf(f));
+    };
+    contract->setFocus(Qt::MouseFocusReason);
+    contract->lineEdit()->selectAll();
+    QTest::keyClick(contract->lineEdit(), Qt::Key_Delete);
+    QVERIFY(control(s, "CboCommodity")->isEnabled());
+    QVERIFY(holds(contract));
+    QTest::keyClick(contract->lineEdit(), Qt::Key_Return);
+    QVERIFY(holds(control(s, "CboCommodity")));
 }
 
 void TestArrivalScreen::arrivalThroughAPRCentre() {
