@@ -21,6 +21,7 @@ LookupList grains() {
             {QStringLiteral("Bran"), QStringLiteral("14")}};
 }
 
+const QString kNoCommodity = QStringLiteral("Please provide a valid Commodity.");
 const QString kNoDate = QStringLiteral("Please provide a valid date.");
 
 // Runs the action (a leaving of a field), answering OK to the refusal when one is expected;
@@ -96,35 +97,93 @@ private Q_SLOTS:
         QCOMPARE(m_combo->FindComboItem(QStringLiteral("Wheat")), QStringLiteral("0"));
     }
 
-    // What a clerk types, then leaves the field with Tab: the text that stays and its key.
+    // What a clerk types, then leaves the field with Tab: the text that stays, its key, and
+    // the refusal when the field has words for one (the focus then stays).
     void typingSettlesOnLeaving_data() {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<bool>("limit");
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("key");
-        const char* rows[][5] = {
-            {"full name any case", "", "barley", "Barley", "13"},
-            {"unique prefix completes", "", "whe", "Wheat", "11"},
-            {"shared prefix reverts to empty", "", "b", "", ""},
-            {"no entry reverts to last entry", "Bran", "rye", "Bran", "14"},
-            {"emptied stays empty", "Bran", "", "", ""},
+        QTest::addColumn<bool>("refused");
+        const QString none;
+        const struct {
+            const char* row;
+            QString words;
+            bool limit;
+            const char *before, *typed, *text, *key;
+            bool refused;
+        } rows[] = {
+            {"full name any case", none, true, "", "barley", "Barley", "13", false},
+            {"unique prefix completes", kNoCommodity, true, "", "whe", "Wheat", "11", false},
+            {"shared prefix stays as typed", none, true, "", "b", "b", "", false},
+            // Never the entry the field held before.
+            {"no entry stays as typed", none, true, "Bran", "rye", "rye", "", false},
+            {"no entry refused", kNoCommodity, true, "Bran", "rye", "rye", "", true},
+            {"emptied stays empty", kNoCommodity, true, "Bran", "", "", "", false},
+            // A grid's editor leaves the refusal to the grid's check.
+            {"grid editor", kNoCommodity, false, "", "rye", "rye", "", false},
         };
         for (const auto& r : rows)
-            QTest::newRow(r[0]) << QString(r[1]) << QString(r[2]) << QString(r[3]) << QString(r[4]);
+            QTest::newRow(r.row) << r.words << r.limit << QString(r.before) << QString(r.typed)
+                                 << QString(r.text) << QString(r.key) << r.refused;
     }
     void typingSettlesOnLeaving() {
+        QFETCH(QString, words);
+        QFETCH(bool, limit);
         QFETCH(QString, before);
         QFETCH(QString, typed);
         QFETCH(QString, text);
         QFETCH(QString, key);
+        QFETCH(bool, refused);
+        m_combo->setRefusal(words);
+        m_combo->setLimitToList(limit);
         m_combo->setText(before);
         m_combo->lineEdit()->selectAll();
         QTest::keyClick(m_combo, Qt::Key_Backspace);
         QTest::keyClicks(m_combo, typed);
-        QTest::keyClick(m_combo, Qt::Key_Tab);
+        const auto seen = boxesOn(refused, [this] { QTest::keyClick(m_combo, Qt::Key_Tab); });
+        QCOMPARE(textsOf(seen), refused ? QStringList{words} : QStringList{});
+        if (refused) {
+            QCOMPARE(seen[0].title, QStringLiteral("Alert"));
+            QCOMPARE(seen[0].icon, QMessageBox::Information);
+            QCOMPARE(seen[0].buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+        }
         QCOMPARE(m_combo->text(), text);
         QCOMPARE(m_combo->currentKey(), key);
+        QTRY_COMPARE(m_combo->hasFocus(), refused);
+        QCOMPARE(m_next->hasFocus(), !refused);
+    }
+
+    // However the field is left, the refusal comes once per leaving and wins: the focus comes
+    // back and a click that left the field presses nothing. Mended, the field may be left.
+    void refusalWinsEveryLeaving() {
+        m_combo->setRefusal(kNoCommodity);
+        QTest::keyClicks(m_combo, QStringLiteral("Rice"));
+        for (QWidget* elsewhere : std::initializer_list<QWidget*>{m_next, m_date, m_button}) {
+            QCOMPARE(textsOf(boxesOn(true, [=] { QTest::mouseClick(elsewhere, Qt::LeftButton); })),
+                     QStringList{kNoCommodity});
+            QTRY_VERIFY(m_combo->hasFocus());
+            QCOMPARE(m_combo->text(), QStringLiteral("Rice"));
+        }
+        QCOMPARE(m_clicks, 0);
+        QCOMPARE(m_date->date(), QDate(2026, 11, 15));
+
+        // Code may still show any name, which is then no typing to refuse.
+        m_combo->setText(QStringLiteral("Maund (40)"));
+        QCOMPARE(boxesOn(false, [this] { QTest::keyClick(m_combo, Qt::Key_Tab); }).size(), 0);
         QVERIFY(m_next->hasFocus());
+
+        m_combo->setFocus(Qt::MouseFocusReason);
+        QTRY_VERIFY(m_combo->hasFocus());
+        m_combo->lineEdit()->selectAll();
+        QTest::keyClicks(m_combo, QStringLiteral("white"));
+        // A click outside the completion list only closes it.
+        m_combo->completer()->popup()->hide();
+        QCOMPARE(boxesOn(false, [this] { QTest::mouseClick(m_button, Qt::LeftButton); }).size(), 0);
+        QCOMPARE(m_combo->currentKey(), QStringLiteral("12"));
+        QCOMPARE(m_clicks, 1);
     }
 
     void typingDropsMatchingEntriesDown() {
