@@ -85,6 +85,8 @@ void FrmArrivalsRate::buildUi() {
     m_cboSeller = new LookupCombo(QStringLiteral("CboSeller"), this);
     m_cboCommodity = new LookupCombo(QStringLiteral("CboCommodity"), this);
     m_cboContract = new LookupCombo(QStringLiteral("CboContract"), this);
+    m_cboCommodity->setRefusal(QStringLiteral("Please provide a valid Commodity."));
+    m_cboContract->setRefusal(QStringLiteral("Please provide a valid Contract Id."));
 
     head->addWidget(label(QStringLiteral("Arrival Id")), 0, 0);
     head->addWidget(m_txtArrivalId, 0, 1);
@@ -104,6 +106,8 @@ void FrmArrivalsRate::buildUi() {
     auto* frame = new QGridLayout(m_frame1);
     m_cboPRCenter = new LookupCombo(QStringLiteral("CboPRCenter"), m_frame1);
     m_cboPermitNo = new LookupCombo(QStringLiteral("CboPermitNo"), m_frame1);
+    m_cboPRCenter->setRefusal(QStringLiteral("Please provide a PRCenter."));
+    m_cboPermitNo->setRefusal(QStringLiteral("Please provide a Permit No."));
     m_txtPermitNo = new QLineEdit(m_frame1);
     m_txtPermitNo->setObjectName(QStringLiteral("TxtPermitNo"));
     m_txtPermitNo->hide();

@@ -3,6 +3,8 @@
 #include <QDateEdit>
 #include <QLineEdit>
 
+#include <functional>
+
 namespace gm {
 
 // A number field (`Txt*`). The value is the leading number of the text (empty or no digit
@@ -32,12 +34,78 @@ private:
     bool m_negative = false;
 };
 
+// Holds a field that the clerk left with a text it cannot keep. The box comes up once the focus
+// has gone, however it went (Tab, the screen's Enter, a click elsewhere), and the focus then
+// returns to the field with the text as typed. The click that took the focus away does nothing
+// else, so that a button under it never acts on what the field held before.
+class LeavingRefusal : public QObject {
+    Q_OBJECT
+public:
+    // `stands` tells whether the field's text may be left as it is now.
+    LeavingRefusal(QWidget* field, std::function<bool()> stands);
+
+    void setWords(const QString& words) { m_words = words; }
+    const QString& words() const { return m_words; }
+
+    // The field lost the focus for `reason`: a refusal is on its way when the field was left
+    // (not merely covered by a popup or another window) with words to say and a text that
+    // cannot stand. Returns whether one is.
+    bool left(Qt::FocusReason reason);
+    bool pending() const { return m_pending; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void refuse();
+    void stopEatingClicks();
+    QWidget* m_field;
+    std::function<bool()> m_stands;
+    QString m_words;
+    bool m_pending = false;
+    bool m_eatingClicks = false;
+};
+
 // A date field (`Dtp*`): "dd/MM/yyyy", calendar popup, today when created.
+//
+// The text is edited as a whole date: a digit overwrites the one under the cursor, the cursor
+// steps over the separators, and a typed "/" after a single digit makes it "0d". So "ddMMyyyy"
+// or "dd/MM/yyyy" typed over any date shown gives exactly that date; no part of it is checked
+// against the parts still shown. date() follows the text whenever the text is a possible date;
+// while it is not, date() is the date the field held before the clerk typed it. Leaving the
+// field with no possible date in it is refused with a box, the text kept.
+// A click only places the cursor (or, on the arrow, opens the calendar); the date changes only
+// by typing, Up/Down on the section under the cursor, or the calendar. The mouse wheel and Tab
+// do not walk through the sections: the wheel is left to the screen and Tab leaves the field.
 class DateEdit : public QDateEdit {
     Q_OBJECT
 public:
     explicit DateEdit(QWidget* parent = nullptr);
     DateEdit(const QString& objectName, QWidget* parent);
+
+    // The words of the box when the field is left with no possible date in it.
+    void setRefusal(const QString& words) { m_refusal->setWords(words); }
+    // Whether the text is a whole, possible date, which date() then gives.
+    bool hasDateText() const;
+
+protected:
+    QValidator::State validate(QString& input, int& pos) const override;
+    void fixup(QString& input) const override;
+    QDateTime dateTimeFromText(const QString& text) const override;
+    StepEnabled stepEnabled() const override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void takeText();
+    void typeSeparator();
+    LeavingRefusal* m_refusal;
+    QDate m_before;       // what date() gives while the text is no possible date
+    bool m_quiet = false; // the text is being put back by the field itself
 };
 
 } // namespace gm

@@ -1,5 +1,7 @@
 #include "entry/LookupCombo.h"
 
+#include "entry/Fields.h"
+
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QFocusEvent>
@@ -16,6 +18,8 @@ LookupCombo::LookupCombo(QWidget* parent) : QComboBox(parent) {
     c->setCaseSensitivity(Qt::CaseInsensitive);
     c->setFilterMode(Qt::MatchStartsWith);
     c->setCompletionMode(QCompleter::PopupCompletion);
+    m_refusal = new LeavingRefusal(
+        this, [this] { return !m_limit || !m_typed || entryFor(currentText()) != -2; });
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typed = true; });
     // Ahead of the completer's own filter, which holds a leaving key or focus change back
     // while its list is open.
@@ -23,7 +27,6 @@ LookupCombo::LookupCombo(QWidget* parent) : QComboBox(parent) {
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index < 0)
             return;
-        m_accepted = itemText(index);
         m_typed = false;
         Q_EMIT entryChosen(index);
     });
@@ -41,7 +44,6 @@ void LookupCombo::setItems(const LookupList& items) {
         addItem(item.name, item.key);
     setCurrentIndex(-1);
     clearEditText();
-    m_accepted.clear();
     m_typed = false;
 }
 
@@ -98,55 +100,81 @@ void LookupCombo::setText(const QString& text) {
         setCurrentIndex(-1);
         setEditText(text);
     }
-    m_accepted = text;
     m_typed = false;
+}
+
+void LookupCombo::setRefusal(const QString& words) {
+    m_refusal->setWords(words);
+}
+
+QString LookupCombo::refusal() const {
+    return m_refusal->words();
+}
+
+int LookupCombo::entryFor(const QString& typed) const {
+    if (typed.isEmpty())
+        return -1;
+    int found = findName(typed);
+    if (found >= 0)
+        return found;
+    // A prefix that only one entry begins with is taken as that entry.
+    for (size_t i = 0; i < m_items.size(); ++i) {
+        if (m_items[i].name.startsWith(typed, Qt::CaseInsensitive)) {
+            if (found >= 0)
+                return -2;
+            found = int(i);
+        }
+    }
+    return found >= 0 ? found : -2;
+}
+
+void LookupCombo::showUnlisted(const QString& text) {
+    if (currentIndex() >= 0) {
+        // Leaving the row empties the text for a moment; nobody is to take that for the
+        // clerk emptying the field.
+        const QSignalBlocker quiet(this);
+        setCurrentIndex(-1);
+        setEditText(text);
+    } else if (currentText() != text) {
+        setEditText(text);
+    }
 }
 
 bool LookupCombo::settleTypedText() {
     if (completer() && completer()->popup() && completer()->popup()->isVisible())
         completer()->popup()->hide();
     if (!m_typed)
-        return true;
-    m_typed = false;
+        return currentText().isEmpty() || findName(currentText()) >= 0;
     const QString typed = currentText();
-    if (typed.isEmpty()) {
-        setCurrentIndex(-1);
-        m_accepted.clear();
+    const int found = entryFor(typed);
+    if (found == -1) {
+        m_typed = false;
+        if (currentIndex() >= 0)
+            setCurrentIndex(-1);
         return true;
-    }
-    int found = findName(typed);
-    if (found < 0) {
-        // A prefix that only one entry begins with is taken as that entry.
-        for (size_t i = 0; i < m_items.size(); ++i) {
-            if (m_items[i].name.startsWith(typed, Qt::CaseInsensitive)) {
-                if (found >= 0) {
-                    found = -2;
-                    break;
-                }
-                found = int(i);
-            }
-        }
     }
     if (found >= 0) {
+        m_typed = false;
         const QString name = m_items[size_t(found)].name;
         if (currentIndex() == found)
             setEditText(name);
         else
             setCurrentIndex(found);
-        m_accepted = name;
         return true;
     }
-    if (!m_limit) {
-        setCurrentIndex(-1);
-        setEditText(typed);
-        return true;
-    }
-    const QString back = m_accepted;
-    const int backRow = back.isEmpty() ? -1 : findName(back);
-    setCurrentIndex(backRow >= 0 && m_items[size_t(backRow)].name == back ? backRow : -1);
-    setEditText(back);
-    m_accepted = back;
+    showUnlisted(typed);
+    // A text the field refuses stays unsettled, so that every leaving refuses it again.
+    if (!m_limit || m_refusal->words().isEmpty())
+        m_typed = false;
     return false;
+}
+
+void LookupCombo::leaving(Qt::FocusReason reason) {
+    // A drop-down or completion list taking the keyboard is no leaving of the field.
+    if (reason == Qt::PopupFocusReason)
+        return;
+    if (!settleTypedText())
+        m_refusal->left(reason);
 }
 
 bool LookupCombo::isLeavingKey(QEvent* event) const {
@@ -173,17 +201,14 @@ bool LookupCombo::eventFilter(QObject* watched, QEvent* event) {
     if (watched == lineEdit()) {
         if (isLeavingKey(event))
             settleTypedText();
-        else if (event->type() == QEvent::FocusOut &&
-                 static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
-            settleTypedText();
+        else if (event->type() == QEvent::FocusOut)
+            leaving(static_cast<QFocusEvent*>(event)->reason());
     }
     return QComboBox::eventFilter(watched, event);
 }
 
 void LookupCombo::focusOutEvent(QFocusEvent* event) {
-    // A drop-down or completion list taking the keyboard is no leaving of the field.
-    if (event->reason() != Qt::PopupFocusReason)
-        settleTypedText();
+    leaving(event->reason());
     QComboBox::focusOutEvent(event);
 }
 

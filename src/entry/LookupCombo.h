@@ -6,13 +6,17 @@
 
 namespace gm {
 
+class LeavingRefusal;
+
 // The combo of every choice on the screens: an editable list of names, each with a hidden key.
 //
 // Typing completes case-insensitively from the list and drops the matching entries down.
-// Only entries are accepted from the keyboard: when a clerk leaves the field after editing
+// When a clerk leaves the field after editing
 //  - a text equal to an entry's name in any case selects that entry (its own spelling shown),
 //  - else a prefix that only one entry starts with selects that entry,
-//  - else the text reverts to the last accepted text (an entry, or what code set, or empty).
+//  - else the text stays as typed, with no entry behind it (currentKey() empty); a combo given
+//    its field's refusal words shows them and keeps the focus until the text is mended.
+// What the clerk typed is never replaced by another entry's text or an earlier one.
 // Text set by code (setText) is kept as it stands even when it is no entry, as the screens
 // show stored names that the list may no longer offer.
 class LookupCombo : public QComboBox {
@@ -42,12 +46,19 @@ public:
     // Sets the text; an entry of that name becomes current, otherwise no row is current.
     void setText(const QString& text);
 
-    // Whether an unknown typed text reverts (default true). A grid's editor turns it off so
-    // that the grid's check sees the text and refuses it with its own words.
+    // The words of the box ("Alert", information) that refuses leaving the field with a typed
+    // text that is no entry, e.g. "Please provide a valid Commodity."; empty (the default)
+    // lets such a text stay for the screen's save to refuse.
+    void setRefusal(const QString& words);
+    QString refusal() const;
+
+    // Whether leaving with an unknown typed text is refused (default true, given refusal
+    // words). A grid's editor turns it off: the grid's check refuses the text in its own words.
     void setLimitToList(bool limit) { m_limit = limit; }
 
-    // The text a clerk typed is settled now (as on leaving the field). Returns true when the
-    // text is accepted as it stands or was completed; false when it reverted.
+    // The text a clerk typed is settled now (as on leaving the field): an entry's name in any
+    // case or a unique prefix becomes that entry. Returns false when the text stays as no
+    // entry; true when it is empty or an entry.
     bool settleTypedText();
 
 Q_SIGNALS:
@@ -62,9 +73,12 @@ protected:
 
 private:
     bool isLeavingKey(QEvent* event) const;
+    int entryFor(const QString& typed) const;
+    void showUnlisted(const QString& text);
+    void leaving(Qt::FocusReason reason);
     LookupList m_items;
-    QString m_accepted; // the last text accepted by code or by choice
-    bool m_typed = false;
+    LeavingRefusal* m_refusal;
+    bool m_typed = false; // the clerk has edited the text and it is not settled yet
     bool m_limit = true;
 };
 

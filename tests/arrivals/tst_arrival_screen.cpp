@@ -9,6 +9,8 @@
 #include "support/Modals.h"
 #include "support/TestDb.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -137,6 +139,7 @@ private Q_SLOTS:
     void freeArrivalOfThreeVehicles();
     void arrivalAgainstAContract();
     void arrivalThroughAPRCentre();
+    void namesNotInTheListsAreRefused();
     void openEditRemoveAndRefuseInvoiced();
     void sameKeyOnTwoScreens();
     void linesAreCheckedWhateverWroteThem();
@@ -316,6 +319,58 @@ void TestArrivalScreen::arrivalThroughAPRCentre() {
     // 4000 a mound of 40 kg is 100 a kilogram: the unit came with its weight.
     QCOMPARE(toDouble(scalar(*m_conn, "SELECT Cost FROM ArrivalsBody WHERE ArrivalId = ?", {id})),
              100.0);
+}
+
+// Leaving a combo with a name that is no entry of its list brings its refusal; the focus and
+// the typed text stay, whether the field is left by Tab or by the screen's Enter.
+void TestArrivalScreen::namesNotInTheListsAreRefused() {
+    GM_REQUIRE_ENGINE();
+    FrmArrivalsRate* s = showScreen();
+    QVERIFY(s);
+    auto* commodity = control<LookupCombo>(s, "CboCommodity");
+    auto* contract = control<LookupCombo>(s, "CboContract");
+    const auto leaving = [](LookupCombo* combo, const QString& keys, Qt::Key key) {
+        QApplication::setActiveWindow(combo->window());
+        combo->setFocus(Qt::MouseFocusReason);
+        combo->lineEdit()->selectAll();
+        QTest::keyClicks(combo, keys);
+        // A click outside the completion list would only close it.
+        combo->completer()->popup()->hide();
+        Modals m(QMessageBox::Ok);
+        QTest::keyClick(combo, key);
+        (void)QTest::qWaitFor([&m] { return m.done(); }, 1000);
+        QTest::qWait(20);
+        return m.seen();
+    };
+    // Rice is no commodity the mill buys.
+    const auto seen = leaving(commodity, QStringLiteral("Rice"), Qt::Key_Tab);
+    QCOMPARE(textsOf(seen), QStringList{"Please provide a valid Commodity."});
+    QCOMPARE(seen[0].title, QStringLiteral("Alert"));
+    QCOMPARE(seen[0].icon, QMessageBox::Information);
+    QTRY_VERIFY(commodity->hasFocus());
+    QCOMPARE(commodity->text(), QStringLiteral("Rice"));
+    QCOMPARE(commodity->currentKey(), QString());
+
+    QCOMPARE(textsOf(leaving(commodity, QStringLiteral("wheat l"), Qt::Key_Tab)), QStringList());
+    QCOMPARE(commodity->currentKey(), QString::number(kWheatLocal));
+    QTRY_VERIFY(contract->hasFocus());
+
+    QCOMPARE(textsOf(leaving(contract, QStringLiteral("999"), Qt::Key_Return)),
+             QStringList{"Please provide a valid Contract Id."});
+    QTRY_VERIFY(contract->hasFocus());
+    QCOMPARE(contract->text(), QStringLiteral("999"));
+    QVERIFY(commodity->isEnabled());
+    contract->setText(QString());
+
+    // The PR centre's fields refuse in their own words.
+    for (const auto& [name, words] : {std::pair{"CboPRCenter", "Please provide a PRCenter."},
+                                      std::pair{"CboPermitNo", "Please provide a Permit No."}}) {
+        auto* combo = control<LookupCombo>(s, name);
+        QCOMPARE(textsOf(leaving(combo, QStringLiteral("Nowhere"), Qt::Key_Tab)),
+                 QStringList{words});
+        QTRY_VERIFY(combo->hasFocus());
+        combo->setText(QString());
+    }
 }
 
 void TestArrivalScreen::openEditRemoveAndRefuseInvoiced() {

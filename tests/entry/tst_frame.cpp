@@ -235,6 +235,43 @@ private Q_SLOTS:
         QCOMPARE(s->ModeWord, QStringLiteral("ChangeMode"));
     }
 
+    // The screen's Enter moves the focus on, but a field's refusal wins: the box comes once,
+    // the focus stays, and so does the text. A click on Save with an impossible date in hand
+    // is refused the same way and saves nothing.
+    void refusalsWinOverEnter() {
+        TestScreen* s = open();
+        const QString noSeller = QStringLiteral("Please provide a valid Seller.");
+        s->seller->setRefusal(noSeller);
+        const auto enterIn = [](QWidget* field, const QString& keys) {
+            Modals boxes(QMessageBox::Ok);
+            focus(field);
+            QTest::keyClicks(field, keys);
+            QTest::keyClick(field, Qt::Key_Return);
+            (void)QTest::qWaitFor([&boxes] { return boxes.done(); });
+            QTest::qWait(20);
+            return boxes.texts();
+        };
+        QCOMPARE(enterIn(s->seller, QStringLiteral("Nobody")), QStringList{noSeller});
+        QTRY_VERIFY(s->seller->hasFocus());
+        QCOMPARE(s->seller->text(), QStringLiteral("Nobody"));
+
+        s->seller->setText(QString());
+        s->date->setDate(QDate(2026, 11, 15));
+        QCOMPARE(enterIn(s->date, QStringLiteral("31022026")),
+                 QStringList{QStringLiteral("Please provide a valid date.")});
+        QTRY_VERIFY(s->date->hasFocus());
+        QCOMPARE(s->date->text(), QStringLiteral("31/02/2026"));
+
+        s->SetScreenMode(2);
+        Modals boxes(QMessageBox::Ok);
+        QTest::mouseClick(s->button(Button::Save), Qt::LeftButton);
+        QTRY_VERIFY(boxes.done());
+        QCOMPARE(boxes.texts(), QStringList{QStringLiteral("Please provide a valid date.")});
+        QTRY_VERIFY(s->date->hasFocus());
+        QCOMPARE(s->saves, 0);
+        QCOMPARE(s->date->date(), QDate(2026, 11, 15));
+    }
+
     // The grid keeps its own Enter, whether or not the screen passes Enter in to it; only a
     // screen that moves focus on Enter marks the typing in the grid as a change.
     void enterInAGridMovesItsCell_data() {
