@@ -3,8 +3,8 @@
 // Every move of an average cost leaves a row in StockCostLedger: which document moved it, for
 // which lot, from what to what over which stock. A cost can then be followed back to the
 // invoices that made it. Rows are only ever added; the database refuses to change or remove
-// one. Stock rows that already carried a cost when the ledger began get an opening row, so that
-// each row's chain starts where its cost stood.
+// one. Every chain starts from 0, as a new stock row does: a row that already carried a cost
+// when the ledger began gets an opening row from 0 to that cost.
 //
 // The invoice also keeps its charge totals beside the per-bag figures: a total the clerk typed
 // cannot be had back exactly from a per-bag figure rounded to two decimals.
@@ -72,14 +72,14 @@ QStringList ledgerStatements(Engine engine) {
     }
     out << QStringLiteral("INSERT INTO StockCostLedger (DocumentKind, DocumentId, CommodityId, "
                           "StockQuantity, CostBefore, CostAfter, Movement, Note, EnteredAt) "
-                          "SELECT 'Opening', 0, CommodityId, TotalWeight, Cost, Cost, 'Opening', "
+                          "SELECT 'Opening', 0, CommodityId, TotalWeight, 0, Cost, 'Opening', "
                           "'Cost held when the ledger began', %1 FROM CurrentStock "
                           "WHERE Cost <> 0 ORDER BY CommodityId")
                .arg(now)
         << QStringLiteral("INSERT INTO StockCostLedger (DocumentKind, DocumentId, BagsTypeId, "
                           "BagsClassId, StockQuantity, CostBefore, CostAfter, Movement, Note, "
                           "EnteredAt) "
-                          "SELECT 'Opening', 0, BagsTypeId, BagsClassId, NoOfBags, Cost, Cost, "
+                          "SELECT 'Opening', 0, BagsTypeId, BagsClassId, NoOfBags, 0, Cost, "
                           "'Opening', 'Cost held when the ledger began', %1 FROM BagsCurrentStock "
                           "WHERE Cost <> 0 ORDER BY BagsTypeId, BagsClassId")
                .arg(now);
