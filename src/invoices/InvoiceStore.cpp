@@ -536,6 +536,14 @@ void InvoiceStore::save(const InvoiceDocument& d, bool isNew) {
         lots.push_back(lot);
         kept.push_back(l);
     }
+    // A unit chosen by its shown name alone is kept by its key.
+    std::optional<LookupList> units;
+    for (InvoiceLine& l : kept)
+        if (l.rateUnitId == 0 && !l.unit.isEmpty()) {
+            if (!units)
+                units = loadUnits(m_conn);
+            l.rateUnitId = findKey(*units, l.unit).toLongLong();
+        }
 
     Transaction tx(m_conn, Transaction::Write);
     if (!isNew)

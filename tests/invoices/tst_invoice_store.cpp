@@ -229,9 +229,13 @@ void TestInvoiceStore::editEqualsRemovalThenSave() {
     QCOMPARE(int(opened->lines.size()), 2);
     for (InvoiceLine& l : opened->lines) {
         l.rate = l.vehicleNo == QLatin1String("A-1") ? 1100.0 : 0.0;
+        l.rateUnitId = 0; // the unit as its name shows it
         applyRateRule(l);
     }
+    opened->specialDiscount = 75.0;
     store.save(*opened, false);
+    QCOMPARE(store.load(2)->specialDiscount.toText(), QStringLiteral("75"));
+    QCOMPARE(toInt(scalar(*conn, "SELECT RateUnitId FROM PurchaseBody WHERE PurchaseId = 2")), 2);
     const double editedWheat = wheatCost(*conn);
     const double editedBags = bagCost(*conn);
     QCOMPARE(vehiclesOnOffer(store), QStringList{"2/A-2"});
