@@ -31,6 +31,7 @@ const std::vector<Migration>& schemaMigrations() {
                          "ON HProductionBody (CommodityId, SerialNo)")},
          {QStringLiteral("CREATE INDEX IX_HProductionBody_CommoditySerial "
                          "ON HProductionBody (CommodityId, SerialNo)")}},
+        {9, schema::sqliteCostLedgerStatements(), schema::postgresCostLedgerStatements()},
     };
     return all;
 }
@@ -64,6 +65,7 @@ const QStringList& schemaTableNames() {
         QStringLiteral("BagsCurrentStock"),
         QStringLiteral("PRCenterQuota"),
         QStringLiteral("PRCenterRates"),
+        QStringLiteral("StockCostLedger"),
         QStringLiteral("SchemaVersion"),
     };
     return names;

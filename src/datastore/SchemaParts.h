@@ -25,5 +25,8 @@ QStringList postgresPermitRateStatements();
 // The number of letters per centre added to the quota totals.
 QStringList sqliteLetterCountStatements();
 QStringList postgresLetterCountStatements();
+// The ledger of every move of an average cost, and the invoices' charge totals.
+QStringList sqliteCostLedgerStatements();
+QStringList postgresCostLedgerStatements();
 
 } // namespace gm::schema

@@ -2,6 +2,7 @@
 
 #include "seed/SampleArrivals.h"
 #include "seed/SampleContracts.h"
+#include "seed/SampleInvoices.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
@@ -210,6 +211,7 @@ void loadSampleMill(const Conn& conn) {
     // another; the stores' own transactions join this one.
     loadSampleContracts(conn);
     loadSampleArrivals(conn);
+    loadSampleInvoices(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();

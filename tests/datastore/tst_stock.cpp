@@ -390,6 +390,12 @@ private Q_SLOTS:
              << "DROP TABLE PRCenterRates"
              << "DROP INDEX IX_AuthorityLetters_CenterPayment"
              << "DROP INDEX IX_HProductionBody_CommoditySerial";
+        // The later steps go too: the cost ledger and the invoices' charge totals.
+        back << "DROP TABLE StockCostLedger";
+        if (conn->isPostgres())
+            back << "DROP FUNCTION gm_stockcostledger_kept() CASCADE";
+        for (const char* column : {"FreightTotal", "UnloadingTotal", "ExpensesTotal"})
+            back << QStringLiteral("ALTER TABLE Purchases DROP COLUMN %1").arg(column);
         for (const QString& sql : back) {
             QSqlQuery q(conn->db()); // unprepared: a server prepares no definitions
             QVERIFY2(q.exec(sql), qPrintable(sql));
