@@ -86,7 +86,7 @@ void FrmArrivalsRate::buildUi() {
     m_cboCommodity = new LookupCombo(QStringLiteral("CboCommodity"), this);
     m_cboContract = new LookupCombo(QStringLiteral("CboContract"), this);
     m_cboCommodity->setRefusal(QStringLiteral("Please provide a valid Commodity."));
-    m_cboContract->setRefusal(QStringLiteral("Please provide a valid Contract Id."));
+    m_cboContract->setRefusal(kInvalidContract);
 
     head->addWidget(label(QStringLiteral("Arrival Id")), 0, 0);
     head->addWidget(m_txtArrivalId, 0, 1);

@@ -1,5 +1,6 @@
 #include "entry/DocumentScreen.h"
 
+#include "entry/Fields.h"
 #include "entry/LineGrid.h"
 #include "entry/LookupCombo.h"
 #include "entry/Messages.h"
@@ -289,6 +290,14 @@ void DocumentScreen::ShowErrorBox(const QString& description, const QString& sou
 }
 
 void DocumentScreen::clickSave() {
+    // A date still being typed into an impossible one has not been left, so its field has not
+    // refused it yet: the save does, rather than save the date the field held before.
+    for (DateEdit* date : findChildren<DateEdit*>()) {
+        if (date->isEnabled() && !date->hasDateText()) {
+            object(Objection::info(date->refusal(), date->objectName()));
+            return;
+        }
+    }
     guard([this] { saveDocument(); });
 }
 void DocumentScreen::clickPrint() {
@@ -357,7 +366,13 @@ bool DocumentScreen::runContractSearch(LookupCombo* combo) {
     const int id = m_contractSearch(this);
     if (id == 0)
         return false;
-    combo->setText(QString::number(id));
+    // The search lists every contract; the combo offers only those still open. A choice it
+    // does not offer stands as if typed, so leaving the field refuses it in the field's words.
+    const QString number = QString::number(id);
+    if (combo->findName(number) >= 0)
+        combo->setText(number);
+    else
+        combo->setTextAsTyped(number);
     return true;
 }
 

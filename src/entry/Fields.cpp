@@ -159,6 +159,10 @@ DateEdit::DateEdit(const QString& objectName, QWidget* parent) : DateEdit(parent
     setObjectName(objectName);
 }
 
+QString DateEdit::refusal() const {
+    return m_refusal->words();
+}
+
 bool DateEdit::hasDateText() const {
     return dateOfText(lineEdit()->displayText()).isValid();
 }

@@ -85,6 +85,7 @@ public:
 
     // The words of the box when the field is left with no possible date in it.
     void setRefusal(const QString& words) { m_refusal->setWords(words); }
+    QString refusal() const;
     // Whether the text is a whole, possible date, which date() then gives.
     bool hasDateText() const;
 

@@ -103,6 +103,12 @@ void LookupCombo::setText(const QString& text) {
     m_typed = false;
 }
 
+void LookupCombo::setTextAsTyped(const QString& text) {
+    setCurrentIndex(-1);
+    setEditText(text);
+    m_typed = true;
+}
+
 void LookupCombo::setRefusal(const QString& words) {
     m_refusal->setWords(words);
 }

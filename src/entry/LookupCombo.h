@@ -46,6 +46,10 @@ public:
     // Sets the text; an entry of that name becomes current, otherwise no row is current.
     void setText(const QString& text);
 
+    // Puts a text in as if the clerk had typed it (a search's choice): settled, and refused
+    // when it is no entry, on leaving like typed text.
+    void setTextAsTyped(const QString& text);
+
     // The words of the box ("Alert", information) that refuses leaving the field with a typed
     // text that is no entry, e.g. "Please provide a valid Commodity."; empty (the default)
     // lets such a text stay for the screen's save to refuse.

@@ -247,6 +247,22 @@ void TestArrivalScreen::arrivalAgainstAContract() {
     QCOMPARE(control<LookupCombo>(s, "CboContract")->findName(QStringLiteral("901")), -1);
     QVERIFY(control(s, "CboPRCenter")->isEnabled());
     QVERIFY(control(s, "CboSeller")->isEnabled());
+
+    // Picked again through F1, the used contract is refused when the field is left.
+    s->setContractSearch([](QWidget*) { return 901; });
+    auto* used = control<LookupCombo>(s, "CboContract");
+    QApplication::setActiveWindow(s);
+    used->setFocus(Qt::MouseFocusReason);
+    QTest::keyClick(used->lineEdit(), Qt::Key_F1);
+    QCOMPARE(used->text(), QStringLiteral("901"));
+    QCOMPARE(textsOf(answering({QMessageBox::Ok},
+                               [used] { QTest::keyClick(used->lineEdit(), Qt::Key_Return); })),
+             QStringList({"Please provide a valid Contract Id."}));
+    QTRY_VERIFY(s->focusWidget() == used || used->isAncestorOf(s->focusWidget()));
+    QVERIFY(control<LookupCombo>(s, "CboSeller")->text().isEmpty());
+    used->lineEdit()->selectAll();
+    QTest::keyClick(used->lineEdit(), Qt::Key_Delete);
+
     // Emptying the contract frees the fields at once but leaves the clerk where they type;
     // leaving the empty field forward goes to the commodity it now asks for.
     insertContract(*m_conn, 902, QString::fromLatin1(kSeller), kWheatGovernment);

@@ -460,6 +460,21 @@ private Q_SLOTS:
         QVERIFY(s->button(Button::Save)->isEnabled()); // the entries stay for another try
     }
 
+    // Ctrl+S does not leave the date being typed, so the save refuses an impossible one.
+    void ctrlSaveRefusesADateHalfTyped() {
+        TestScreen* s = open();
+        s->date->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(s->date->hasFocus());
+        QTest::keyClicks(s->date, QStringLiteral("31022026"));
+        Modals boxes({QMessageBox::Yes, QMessageBox::Ok});
+        QTest::keyClick(s->date, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(boxes.texts(), QStringList({QStringLiteral("Are you sure to save this invoice?"),
+                                             QStringLiteral("Please provide a valid date.")}));
+        QCOMPARE(s->saves, 0);
+        QWidget* focused = s->focusWidget();
+        QVERIFY(focused == s->date || s->date->isAncestorOf(focused));
+    }
+
     void errorsEndInTheErrorBox() {
         TestScreen* s = open();
         s->failSave = true;
