@@ -3,12 +3,12 @@
 #include "arrivals/ArrivalReport.h"
 #include "arrivals/ArrivalValidation.h"
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "reports/Report.h"
 #include "search/Search.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QDate>
 #include <QGridLayout>

@@ -4,12 +4,12 @@
 #include "contracts/ContractStore.h"
 #include "contracts/ContractValidation.h"
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "reports/Report.h"
 #include "search/Search.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

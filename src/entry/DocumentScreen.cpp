@@ -1,9 +1,8 @@
 #include "entry/DocumentScreen.h"
 
 #include "entry/LineGrid.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
-#include "search/Search.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -98,8 +97,10 @@ DocumentScreen::DocumentScreen(const Context& ctx, ScreenTraits traits, QWidget*
         }
     }
 
-    m_partySearch = [this](QWidget* owner) { return showPartySearch(owner, m_ctx); };
-    m_contractSearch = [this](QWidget* owner) { return showContractSearch(owner, m_ctx); };
+    m_partySearch = [this](QWidget* owner) { return context().findParty(owner); };
+    m_contractSearch = [this](QWidget* owner) {
+        return context().findDocument(DocumentKind::PurchaseContract, owner);
+    };
 
     // Keys reach the screen before its controls; the filter looks only at this window.
     qApp->installEventFilter(this);

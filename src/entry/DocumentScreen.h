@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/Forms.h"
+#include "services/Context.h"
 
 #include <QMessageBox>
 #include <QPointer>

@@ -1,8 +1,8 @@
 #include "entry/LineGrid.h"
 
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

@@ -1,5 +1,5 @@
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
+#include "widgets/LookupCombo.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>

@@ -2,7 +2,6 @@
 #include "support/TestDb.h"
 
 #include "datastore/Sql.h"
-#include "entry/Host.h"
 #include "search/Search.h"
 
 #include <QApplication>

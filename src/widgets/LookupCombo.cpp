@@ -1,4 +1,4 @@
-#include "entry/LookupCombo.h"
+#include "widgets/LookupCombo.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>
