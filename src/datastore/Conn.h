@@ -53,11 +53,17 @@ public:
     QString likeOperator() const {
         return isPostgres() ? QStringLiteral("ILIKE") : QStringLiteral("LIKE");
     }
+    // `expression LIKE pattern` with case ignored for every letter, not only A to Z. SQLite's
+    // LIKE folds A to Z alone, so both sides go through CaseFold there. ILIKE folds as the
+    // server's locale does, which may be A to Z alone as well (the C locale), so it is given a
+    // Unicode collation when the server has one.
+    QString caselessLike(const QString& expression, const QString& pattern) const;
 
 private:
     Conn(QString name, DbLocation location);
     QString m_name;
     DbLocation m_location;
+    QString m_caselessCollation; // PostgreSQL: quoted name, empty for the server's own
 };
 
 } // namespace gm
