@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/Host.h"
+#include "services/Host.h"
 
 #include <QSettings>
 #include <QString>

@@ -4,9 +4,9 @@
 #include "contracts/ContractStore.h"
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
-#include "entry/Host.h"
 #include "Generator.h"
 #include "search/Search.h"
+#include "services/Host.h"
 #include "services/Lookups.h"
 
 #include <QCoreApplication>

@@ -6,7 +6,7 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 #include "entry/Forms.h"
-#include "entry/Host.h"
+#include "services/Host.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

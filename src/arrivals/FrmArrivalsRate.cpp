@@ -3,12 +3,11 @@
 #include "arrivals/ArrivalReport.h"
 #include "arrivals/ArrivalValidation.h"
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "reports/Report.h"
-#include "search/Search.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QDate>
 #include <QGridLayout>
@@ -33,6 +32,7 @@ ScreenTraits arrivalTraits() {
     t.contractSearchCombo = QStringLiteral("CboContract");
     t.focusAfterClear = {QStringLiteral("DtpArrivalDate"), QStringLiteral("CboSeller")};
     t.keepOnClear = {QStringLiteral("TxtPermitNo")};
+    t.documentSearch = DocumentKind::Arrival;
     t.idField = QStringLiteral("TxtArrivalID");
     return t;
 }
@@ -62,7 +62,6 @@ FrmArrivalsRate::FrmArrivalsRate(const Context& ctx, QWidget* parent)
     : DocumentScreen(ctx, arrivalTraits(), parent), m_store(ctx.db()) {
     buildUi();
     wireHandlers();
-    setDocumentSearch([this](QWidget* owner) { return showArrivalSearch(owner, context()); });
     guard([this] { SetScreenMode(1); });
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "contracts/PurchaseContract.h"
-#include "entry/Host.h"
 #include "reports/Report.h"
+#include "services/Host.h"
 
 namespace gm {
 

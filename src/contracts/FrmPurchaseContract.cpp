@@ -4,12 +4,11 @@
 #include "contracts/ContractStore.h"
 #include "contracts/ContractValidation.h"
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "reports/Report.h"
-#include "search/Search.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -40,6 +39,7 @@ ScreenTraits contractTraits() {
     t.clearTitle = msg::kConfirmation;
     t.clearIcon = QMessageBox::Question;
     t.focusAfterClear = {QStringLiteral("DtpContractDate")};
+    t.documentSearch = DocumentKind::PurchaseContract;
     t.idField = QStringLiteral("TxtContractID");
     return t;
 }
@@ -56,7 +56,6 @@ LookupList fixedList(const QStringList& texts) {
 FrmPurchaseContract::FrmPurchaseContract(const Context& ctx, QWidget* parent)
     : DocumentScreen(ctx, contractTraits(), parent) {
     buildUi();
-    setDocumentSearch([this](QWidget* owner) { return showContractSearch(owner, context()); });
     guard([this] { SetScreenMode(1); });
 }
 

@@ -168,6 +168,14 @@ Conn::~Conn() {
     dropConnection(m_name);
 }
 
+QString Conn::caselessLike(const QString& expression, const QString& pattern) const {
+    if (!isPostgres())
+        return QStringLiteral("CaseFold(%1) LIKE CaseFold(%2)").arg(expression, pattern);
+    if (m_caselessCollation.isEmpty())
+        return QStringLiteral("%1 ILIKE %2").arg(expression, pattern);
+    return QStringLiteral("(%1) COLLATE %2 ILIKE %3").arg(expression, m_caselessCollation, pattern);
+}
+
 QString Conn::defaultLocation() {
     QString dir = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     if (dir.isEmpty())
@@ -198,6 +206,15 @@ std::unique_ptr<Conn> Conn::open(const QString& location, QString* error, Option
     }
 
     std::unique_ptr<Conn> conn(new Conn(name, *loc));
+    if (conn->isPostgres()) {
+        // ICU's root collation folds every letter whatever the server's locale. A server built
+        // without ICU, or whose database encoding ICU does not take, is left to its own locale,
+        // which in most locales folds every letter as well.
+        QSqlQuery q(conn->db());
+        if (q.exec(QStringLiteral("SELECT 'A' COLLATE \"und-x-icu\" ILIKE 'a'")) && q.next() &&
+            q.value(0).toBool())
+            conn->m_caselessCollation = QStringLiteral("\"und-x-icu\"");
+    }
     if (options.migrate) {
         try {
             migrateSchema(*conn);

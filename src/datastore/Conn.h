@@ -53,6 +53,11 @@ public:
     QString likeOperator() const {
         return isPostgres() ? QStringLiteral("ILIKE") : QStringLiteral("LIKE");
     }
+    // `expression LIKE pattern` with case ignored for every letter, not only A to Z. SQLite's
+    // LIKE folds A to Z alone, so both sides go through CaseFold there. ILIKE folds as the
+    // server's locale does, which may be A to Z alone as well (the C locale), so it is given a
+    // Unicode collation when the server has one.
+    QString caselessLike(const QString& expression, const QString& pattern) const;
 
 private:
     friend class Transaction;
@@ -67,6 +72,7 @@ private:
     QString m_name;
     DbLocation m_location;
     mutable TransactionState m_transaction;
+    QString m_caselessCollation; // PostgreSQL: quoted name, empty for the server's own
 };
 
 } // namespace gm

@@ -1,5 +1,7 @@
 #include "datastore/SqliteFunctions.h"
 
+#include <QString>
+
 #include <sqlite3.h>
 
 #include <cstring>
@@ -136,6 +138,39 @@ void fungrnCurrentDebit(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_reset(st);
 }
 
+// The text with every letter's case folded, so that LIKE on both sides ignores case for
+// every letter and not only for A to Z, as LIKE itself does. Names are mostly plain ASCII,
+// which is folded on the bytes without a round trip through UTF-16.
+void caseFold(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[0]));
+    const int len = sqlite3_value_bytes(argv[0]);
+    if (!text) {
+        sqlite3_result_error_nomem(ctx);
+        return;
+    }
+    bool ascii = true;
+    for (int i = 0; i < len && ascii; ++i)
+        ascii = static_cast<unsigned char>(text[i]) < 0x80;
+    if (!ascii) {
+        const QByteArray folded = QString::fromUtf8(text, len).toCaseFolded().toUtf8();
+        sqlite3_result_text(ctx, folded.constData(), int(folded.size()), SQLITE_TRANSIENT);
+        return;
+    }
+    auto* out = static_cast<char*>(sqlite3_malloc64(sqlite3_uint64(len) + 1));
+    if (!out) {
+        sqlite3_result_error_nomem(ctx);
+        return;
+    }
+    for (int i = 0; i < len; ++i)
+        out[i] = (text[i] >= 'A' && text[i] <= 'Z') ? char(text[i] - 'A' + 'a') : text[i];
+    out[len] = '\0';
+    sqlite3_result_text(ctx, out, len, sqlite3_free);
+}
+
 void releaseUser(void* p) {
     auto* r = static_cast<Routines*>(p);
     if (--r->users == 0)
@@ -174,6 +209,11 @@ void registerSqliteFunctions(sqlite3* handle) {
     if (any)
         sqlite3_trace_v2(handle, SQLITE_TRACE_CLOSE, onTrace, r);
     releaseUser(r);
+    // Folding reads nothing but its argument, so SQLite may work it out once for a bound
+    // pattern.
+    sqlite3_create_function_v2(handle, "CaseFold", 1,
+                               SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, nullptr,
+                               caseFold, nullptr, nullptr, nullptr);
 }
 
 } // namespace gm

@@ -2,9 +2,8 @@
 
 #include "entry/Fields.h"
 #include "entry/LineGrid.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
-#include "search/Search.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -100,8 +99,14 @@ DocumentScreen::DocumentScreen(const Context& ctx, ScreenTraits traits, QWidget*
         }
     }
 
-    m_partySearch = [this](QWidget* owner) { return showPartySearch(owner, m_ctx); };
-    m_contractSearch = [this](QWidget* owner) { return showContractSearch(owner, m_ctx); };
+    m_partySearch = [this](QWidget* owner) { return context().findParty(owner); };
+    if (m_traits.documentSearch)
+        m_documentSearch = [this, kind = *m_traits.documentSearch](QWidget* owner) {
+            return context().findDocument(kind, owner);
+        };
+    m_contractSearch = [this](QWidget* owner) {
+        return context().findDocument(DocumentKind::PurchaseContract, owner);
+    };
 
     // Keys reach the screen before its controls; the filter looks only at this window.
     qApp->installEventFilter(this);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/Forms.h"
+#include "services/Context.h"
 #include "services/Objection.h"
 
 #include <QMessageBox>
@@ -12,6 +12,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <optional>
 
 class QPushButton;
 class QKeyEvent;
@@ -63,6 +64,8 @@ struct ScreenTraits {
     };
     TopMark topMark = TopMark::None;
 
+    // The search Open runs (SchArrivals for DocumentKind::Arrival); none: Open finds nothing.
+    std::optional<DocumentKind> documentSearch;
     // The field that shows the document's number ("TxtArrivalID"); Objections that draw a new
     // number write it there.
     QString idField;

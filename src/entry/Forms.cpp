@@ -2,7 +2,7 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
-#include "entry/Messages.h"
+#include "widgets/Messages.h"
 
 #include <QMessageBox>
 
@@ -11,21 +11,6 @@
 #include "contracts/FrmPurchaseContract.h"
 
 namespace gm {
-
-const Conn& Context::db() const {
-    if (!conn)
-        throw DbError(QStringLiteral("No database connection has been given to the screens."),
-                      QStringLiteral("grainmill"));
-    return *conn;
-}
-
-HostSettingsValues Context::hostSettings() const {
-    return settings ? settings->values() : HostSettingsValues{};
-}
-
-qint16 Context::userNo() const {
-    return session ? session->userNo() : 0;
-}
 
 namespace {
 
@@ -55,6 +40,7 @@ Forms::Forms(QObject* parent) : QObject(parent) {
     // settings rather than failing.
     m_context.session = std::make_shared<FixedHostSession>();
     m_context.settings = std::make_shared<FixedHostSettings>();
+    m_context.searches = dialogSearches();
 }
 
 Forms::~Forms() {

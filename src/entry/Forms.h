@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/Host.h"
+#include "services/Context.h"
 
 #include <QObject>
 #include <QPointer>
@@ -10,20 +10,6 @@
 #include <memory>
 
 namespace gm {
-
-class Conn;
-
-// Everything a screen of the component needs from outside: the one connection and the host's
-// objects. Owned by Forms; screens keep a reference.
-struct Context {
-    const Conn* conn = nullptr;
-    std::shared_ptr<HostSession> session;
-    std::shared_ptr<HostSettings> settings;
-
-    const Conn& db() const; // throws DbError when InitializeClass has not run
-    HostSettingsValues hostSettings() const;
-    qint16 userNo() const;
-};
 
 // The component's public face. The host creates one, hands it the open connection, and asks
 // it for screens. Each document screen has one instance, created on first use and shown

@@ -1,9 +1,9 @@
 #include "entry/LineGrid.h"
 
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
 #include "services/Lookups.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "entry/Host.h"
 #include "invoices/InvoiceStore.h"
 #include "reports/Report.h"
+#include "services/Host.h"
 
 namespace gm {
 

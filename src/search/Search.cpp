@@ -2,11 +2,12 @@
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
-#include "entry/LookupCombo.h"
-#include "entry/Messages.h"
+#include "search/SearchQueries.h"
 #include "search/SearchRows.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
+#include "widgets/LookupCombo.h"
+#include "widgets/Messages.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -23,21 +24,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <cmath>
 #include <vector>
 
 namespace gm {
-
-// What the user has set on a search screen when its query runs.
-struct SearchFilters {
-    QDate from;
-    QDate to;
-    bool byId = false;
-    QVariant id; // a whole number, or the fraction typed, which no key equals
-    QString name;
-    QVariant before;  // the last key of the rows read so far; null for the first page
-    int pageRows = 0; // the rows of at most this many keys; 0 for all of them
-};
 
 struct SearchDefinition {
     const char* objectName;
@@ -57,204 +46,6 @@ struct SearchDefinition {
 
 namespace {
 
-// The date range includes both ends. Comparing with the day after the end keeps rows whose
-// stored date carries a time of day as well.
-QString dateRange(const char* column, const SearchFilters& f, QVariantList& binds) {
-    binds << f.from << f.to.addDays(1);
-    return QStringLiteral(" WHERE %1 >= ? AND %1 < ?").arg(QLatin1String(column));
-}
-
-QString nameCondition(const Conn& conn, const QString& expression, const QString& pattern,
-                      QVariantList& binds) {
-    binds << pattern;
-    return QStringLiteral(" AND %1 %2 ?").arg(expression, conn.likeOperator());
-}
-
-QString containing(const QString& text) {
-    return QLatin1Char('%') + text + QLatin1Char('%');
-}
-
-// The newest rows of a date range, a page at a time, are best found by walking the keys
-// backward from the range's last key and stopping at a page, not by sorting every row of the
-// range. SQLite's planner is told so: the walk is bounded by the first and last key of the
-// range, read from the date index, and the dates are then only checked, not used to search.
-// A server's planner weighs this itself from its statistics.
-QString newestKeysOfRange(const Conn& conn, const char* table, const char* alias, const char* key,
-                          const char* date, const SearchFilters& f, QVariantList& binds) {
-    const QString dateColumn = QLatin1String(alias) + QLatin1Char('.') + QLatin1String(date);
-    // A key typed in the filter finds its row through the key itself.
-    if (conn.isPostgres() || f.byId)
-        return dateRange(qPrintable(dateColumn), f, binds);
-    Query bounds(conn, QStringLiteral("SELECT MIN(%1), MAX(%1) FROM %2 WHERE %3 >= ? AND %3 < ?")
-                           .arg(QLatin1String(key), QLatin1String(table), QLatin1String(date)));
-    bounds.bind({f.from, f.to.addDays(1)}).exec();
-    if (!bounds.next() || bounds.value(0).isNull())
-        return QStringLiteral(" WHERE 1 = 0");
-    binds << f.from << f.to.addDays(1) << bounds.value(0) << bounds.value(1);
-    return QStringLiteral(" WHERE +%1 >= ? AND +%1 < ? AND %2.%3 BETWEEN ? AND ?")
-        .arg(dateColumn, QLatin1String(alias), QLatin1String(key));
-}
-
-// The parties whose name, as the lists show it, contains the text. Read first and bound, so
-// that a planner knows how many of the documents the filter keeps instead of guessing at a
-// pattern; an empty list keeps none.
-QString partiesNamed(const Conn& conn, const QString& column, const QString& text,
-                     QVariantList& binds) {
-    Query named(conn, QStringLiteral("SELECT xa.AccountNo FROM ChartOfAccounts xa "
-                                     "LEFT JOIN Parties xp ON xp.PartyId = xa.AccountNo "
-                                     "LEFT JOIN Cities xc ON xc.CityId = xp.CityId WHERE %1 %2 ?")
-                          .arg(partyNameSql("xa", "xc"), conn.likeOperator()));
-    named.bind(containing(text)).exec();
-    QStringList marks;
-    while (named.next()) {
-        binds << named.value(0);
-        marks << QStringLiteral("?");
-    }
-    if (marks.isEmpty())
-        return QStringLiteral(" AND 1 = 0");
-    return QStringLiteral(" AND %1 IN (%2)").arg(column, marks.join(QStringLiteral(", ")));
-}
-
-// A list newest first is read a page at a time, each page starting after the last key read.
-QString newestFirst(const char* key, const SearchFilters& f, QVariantList& binds) {
-    QString sql;
-    if (!f.before.isNull()) {
-        sql += QStringLiteral(" AND %1 < ?").arg(QLatin1String(key));
-        binds << f.before;
-    }
-    sql += QStringLiteral(" ORDER BY %1 DESC").arg(QLatin1String(key));
-    if (f.pageRows > 0) {
-        sql += QStringLiteral(" LIMIT ?");
-        binds << f.pageRows;
-    }
-    return sql;
-}
-
-QString arrivalsSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    const QString seller = partyNameSql("ca", "ci");
-    QString sql = QStringLiteral("SELECT a.ArrivalId, a.ArrivalDate, %1 AS AccountName, "
-                                 "co.CommodityName AS Commodity "
-                                 "FROM Arrivals a "
-                                 "INNER JOIN Commodities co ON a.CommodityId = co.CommodityId "
-                                 "INNER JOIN Parties p ON a.SellerId = p.PartyId "
-                                 "INNER JOIN ChartOfAccounts ca ON p.PartyId = ca.AccountNo "
-                                 "LEFT JOIN Cities ci ON p.CityId = ci.CityId")
-                      .arg(seller);
-    sql += newestKeysOfRange(conn, "Arrivals", "a", "ArrivalId", "ArrivalDate", f, binds);
-    if (f.byId) {
-        sql += QStringLiteral(" AND a.ArrivalId = ?");
-        binds << f.id;
-    }
-    if (!f.name.isEmpty())
-        sql += partiesNamed(conn, QStringLiteral("a.SellerId"), f.name, binds);
-    return sql + newestFirst("a.ArrivalId", f, binds);
-}
-
-QString purchaseSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    const QString seller = partyNameSql("sa", "sc");
-    const QString broker = partyNameSql("ba", "bc");
-    // Each line is valued and rounded on its own before the invoice's lines are added, as
-    // the invoice itself does; a line whose arrival is gone adds nothing. The sum is taken
-    // per invoice through its key, so the names need no grouping; an invoice without lines
-    // is not listed.
-    QString sql =
-        QStringLiteral("SELECT pu.PurchaseId, pu.PurchaseDate, %1 AS BrokerName, %2 AS SellerName, "
-                       "(SELECT SUM(ROUND(CAST(pb.TotalWeight * pb.RatePerUnit * 1.0 / "
-                       "NULLIF(u.WeightInKgs, 0) AS NUMERIC), 2)) "
-                       "FROM PurchaseBody pb "
-                       "LEFT JOIN Arrivals a ON a.ArrivalId = pb.ArrivalId "
-                       "LEFT JOIN Commodities co ON a.CommodityId = co.CommodityId "
-                       "LEFT JOIN Units u ON co.RateUnitId = u.UnitId "
-                       "WHERE pb.PurchaseId = pu.PurchaseId) AS Value, pu.SellerId "
-                       "FROM Purchases pu "
-                       "LEFT JOIN ChartOfAccounts sa ON sa.AccountNo = pu.SellerId "
-                       "LEFT JOIN Parties sp ON sp.PartyId = pu.SellerId "
-                       "LEFT JOIN Cities sc ON sc.CityId = sp.CityId "
-                       "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = pu.BrokerId "
-                       "LEFT JOIN Parties bp ON bp.PartyId = pu.BrokerId "
-                       "LEFT JOIN Cities bc ON bc.CityId = bp.CityId")
-            .arg(broker, seller);
-    sql += newestKeysOfRange(conn, "Purchases", "pu", "PurchaseId", "PurchaseDate", f, binds);
-    sql += QStringLiteral(
-        " AND EXISTS (SELECT 1 FROM PurchaseBody pl WHERE pl.PurchaseId = pu.PurchaseId)");
-    if (!f.name.isEmpty())
-        sql += partiesNamed(conn, QStringLiteral("pu.SellerId"), f.name, binds);
-    if (f.byId) {
-        sql += QStringLiteral(" AND pu.PurchaseId = ?");
-        binds << f.id;
-    }
-    return sql + newestFirst("pu.PurchaseId", f, binds);
-}
-
-QString contractSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    // The broker is joined from the outside so that a contract without one stays listed.
-    QString sql = QStringLiteral(
-        "SELECT pc.ContractId, pc.ContractDate, ba.AccountName AS Broker, "
-        "sa.AccountName AS Seller, pc.Quantity, pc.ContractMode, pc.BrokerId, pc.PartyId "
-        "FROM PContracts pc "
-        "INNER JOIN Parties s ON pc.PartyId = s.PartyId "
-        "INNER JOIN ChartOfAccounts sa ON s.PartyId = sa.AccountNo "
-        "LEFT JOIN Parties b ON b.PartyId = pc.BrokerId "
-        "LEFT JOIN ChartOfAccounts ba ON ba.AccountNo = b.PartyId");
-    sql += dateRange("pc.ContractDate", f, binds);
-    if (!f.name.isEmpty())
-        sql += nameCondition(conn, QStringLiteral("sa.AccountName"), containing(f.name), binds);
-    return sql + newestFirst("pc.ContractId", f, binds);
-}
-
-QString dfcSql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    QString sql = QStringLiteral(
-        "SELECT d.PaymentId, d.PaymentDate, co.CommodityName, d.TotalWeight AS TTLWeight, "
-        "SUM(d.TTLValueWheet + d.TTLValueBags) AS GrossValue "
-        "FROM DFCPayments d INNER JOIN Commodities co ON d.CommodityId = co.CommodityId");
-    sql += dateRange("d.PaymentDate", f, binds);
-    // The commodity filter matches the beginning of the name only.
-    if (!f.name.isEmpty())
-        sql += nameCondition(conn, QStringLiteral("co.CommodityName"), f.name + QLatin1Char('%'),
-                             binds);
-    return sql + QStringLiteral(" GROUP BY d.PaymentId, d.PaymentDate, co.CommodityName, "
-                                "d.TotalWeight ORDER BY d.PaymentId");
-}
-
-// Oldest first, a page of serials at a time: a page ends on the last of its serials that have
-// production lines, so a serial with two commodities, which stands on two rows, is never split.
-// The keys guarantee that a line has its serial and its commodity, so the page's serials are
-// counted on the lines alone, along their serial index. That last serial is read first and
-// bound, so the planner sees how narrow the page is. Repeats of a commodity within a serial
-// are dropped as the rows are read, which spares the server a sort of the whole list.
-QString hourlySql(const Conn& conn, const SearchFilters& f, QVariantList& binds) {
-    // A server's time of day is read as text: made into a date and time on reading, each value
-    // would be converted to local time, which costs more than the rest of the row.
-    QString sql = QStringLiteral("SELECT h.SerialNo, %1 AS ProcessTime, co.CommodityName "
-                                 "FROM HourlyProduction h "
-                                 "INNER JOIN HProductionBody hb ON h.SerialNo = hb.SerialNo "
-                                 "INNER JOIN Commodities co ON hb.CommodityId = co.CommodityId "
-                                 "WHERE 1 = 1")
-                      .arg(conn.isPostgres() ? QStringLiteral("CAST(h.ProcessTime AS VARCHAR(32))")
-                                             : QStringLiteral("h.ProcessTime"));
-    if (!f.before.isNull()) {
-        sql += QStringLiteral(" AND h.SerialNo > ? AND hb.SerialNo > ?");
-        binds << f.before << f.before;
-    }
-    if (f.pageRows > 0) {
-        QString last = QStringLiteral("SELECT MAX(k.SerialNo) FROM "
-                                      "(SELECT DISTINCT b.SerialNo FROM HProductionBody b");
-        if (!f.before.isNull())
-            last += QStringLiteral(" WHERE b.SerialNo > ?");
-        last += QStringLiteral(" ORDER BY b.SerialNo LIMIT ?) k");
-        Query through(conn, last);
-        if (!f.before.isNull())
-            through.bind(f.before);
-        through.bind(f.pageRows).exec();
-        const QVariant until = through.next() ? through.value(0) : QVariant();
-        if (until.isNull())
-            return sql + QStringLiteral(" AND 1 = 0");
-        sql += QStringLiteral(" AND h.SerialNo <= ? AND hb.SerialNo <= ?");
-        binds << until << until;
-    }
-    return sql + QStringLiteral(" ORDER BY h.SerialNo, co.CommodityName");
-}
-
 using F = CellFormat;
 
 const SearchDefinition kArrivals{
@@ -272,7 +63,7 @@ const SearchDefinition kArrivals{
                 {"Commodity", 3, F::Text, 160}},
     .keyField = 0,
     .paged = true,
-    .statement = arrivalsSql,
+    .statement = arrivalsStatement,
 };
 
 const SearchDefinition kPurchase{
@@ -291,7 +82,7 @@ const SearchDefinition kPurchase{
                 {"Amount", 4, F::Fixed, 110}},
     .keyField = 0,
     .paged = true,
-    .statement = purchaseSql,
+    .statement = purchasesStatement,
 };
 
 const SearchDefinition kContract{
@@ -310,7 +101,7 @@ const SearchDefinition kContract{
                 {"Quantity", 4, F::QuantityWithMode, 100}},
     .keyField = 0,
     .paged = true,
-    .statement = contractSql,
+    .statement = contractsStatement,
 };
 
 const SearchDefinition kDfc{
@@ -329,7 +120,7 @@ const SearchDefinition kDfc{
                 {"Gross Amount", 4, F::Fixed, 120}},
     .keyField = 0,
     .paged = false,
-    .statement = dfcSql,
+    .statement = dfcPurchasesStatement,
 };
 
 // No filters: the list is read oldest first, a page at a time, and the commodity combo finds
@@ -348,7 +139,7 @@ const SearchDefinition kHourly{
                 {"Commodity", 2, F::Text, 220}},
     .keyField = 0,
     .paged = true,
-    .statement = hourlySql,
+    .statement = hourlyStatement,
 };
 
 void showError(QWidget* parent, const DbError& e) {
@@ -499,10 +290,8 @@ void DocumentSearch::RunSearch() {
         f.to = m_to->date();
     }
     if (m_filterId && !m_filterId->text().isEmpty()) {
-        // The number the text begins with: "12ab" looks for 12, letters alone for 0.
         f.byId = true;
-        const double typed = leadingNumber(m_filterId->text());
-        f.id = typed == std::trunc(typed) ? QVariant(qint64(typed)) : QVariant(typed);
+        f.id = typedId(m_filterId->text());
     }
     if (m_filter)
         f.name = m_filter->text();
@@ -704,10 +493,7 @@ void SchHProduction::FindCommodity(const QString& text) {
         // the last serial's rows are read ahead of those between, which the fill goes on to
         // read.
         if (m_rows->canFetchMore({})) {
-            const QVariant beforeLast =
-                scalar(m_ctx.db(), QStringLiteral("SELECT MAX(SerialNo) FROM HProductionBody "
-                                                  "WHERE SerialNo < (SELECT MAX(SerialNo) "
-                                                  "FROM HProductionBody)"));
+            const QVariant beforeLast = hourly::serialBeforeLast(m_ctx.db());
             if (beforeLast.isNull())
                 m_rows->fetchAll();
             else
@@ -728,20 +514,9 @@ int SchHProduction::findRow(const QString& text) {
     for (const LookupItem& item : m_commodity->items())
         if (item.name.compare(text, Qt::CaseInsensitive) == 0)
             ids << item.key.toLongLong();
-    if (ids.isEmpty())
-        return -1;
-    QString placeholders = QStringLiteral("?");
-    for (qsizetype i = 1; i < ids.size(); ++i)
-        placeholders += QStringLiteral(", ?");
     // A commodity no record has goes to the last row at once, without a look through every
-    // row read; the index by commodity answers that in one step.
-    Query any(conn, QStringLiteral("SELECT 1 FROM HProductionBody WHERE CommodityId IN (%1) "
-                                   "LIMIT 1")
-                        .arg(placeholders));
-    for (const QVariant& id : ids)
-        any.bind(id);
-    any.exec();
-    if (!any.next())
+    // row read.
+    if (!hourly::anyLineOf(conn, ids))
         return -1;
 
     auto firstAt = [&](int from) {
@@ -755,25 +530,13 @@ int SchHProduction::findRow(const QString& text) {
     if (const int row = firstAt(0); row >= 0 || !m_rows->canFetchMore({}))
         return row;
 
-    // The first serial after those read that has one of these commodities, walked along the
-    // serials' index; then the rows up to it in one statement.
+    // The first serial after those read that has one of these commodities; then the rows up
+    // to it in one statement.
     const QVariant after = m_rows->lastKey();
-    Query first(conn,
-                QStringLiteral("SELECT hb.SerialNo FROM HProductionBody hb WHERE hb.SerialNo > ? "
-                               "AND hb.CommodityId IN (%1) ORDER BY hb.SerialNo LIMIT 1")
-                    .arg(placeholders));
-    first.bind(after);
-    for (const QVariant& id : ids)
-        first.bind(id);
-    first.exec();
-    const QVariant serial = first.next() ? first.value(0) : QVariant();
+    const QVariant serial = hourly::firstSerialWith(conn, after, ids);
     if (serial.isNull())
         return -1;
-    const int serials = int(toInt(scalar(conn,
-                                         QStringLiteral("SELECT COUNT(DISTINCT SerialNo) FROM "
-                                                        "HProductionBody WHERE SerialNo > ? "
-                                                        "AND SerialNo <= ?"),
-                                         {after, serial})));
+    const int serials = hourly::serialsBetween(conn, after, serial);
     const int from = m_rows->contiguousRows();
     m_rows->fetchKeys(std::max(1, serials));
     return firstAt(from);
@@ -844,19 +607,10 @@ void SchParty::buildUi() {
 }
 
 void SchParty::RunSearch() {
-    // Party accounts are the branch of the chart that begins with 6; a party without a city
-    // is not offered here.
-    QString sql =
-        QStringLiteral("SELECT P.PartyId, C.AccountName, Ct.CityName FROM Parties P "
-                       "INNER JOIN ChartOfAccounts C ON P.PartyId = C.AccountNo "
-                       "INNER JOIN Cities Ct ON P.CityId = Ct.CityId WHERE P.PartyId LIKE '6%'");
-    QVariantList binds;
     try {
         const Conn& conn = m_ctx.db();
-        if (!m_filter->text().isEmpty())
-            sql += nameCondition(conn, QStringLiteral("C.AccountName"),
-                                 containing(m_filter->text()), binds);
-        sql += QStringLiteral(" ORDER BY P.PartyId");
+        QVariantList binds;
+        const QString sql = partiesStatement(conn, m_filter->text(), binds);
         m_rows->load(conn, sql, binds);
     } catch (const DbError& e) {
         m_rows->clear();
@@ -981,6 +735,36 @@ int showDFCPurchaseSearch(QWidget* owner, const Context& ctx) {
 
 int showHProductionSearch(QWidget* owner, const Context& ctx) {
     return showSearch<SchHProduction>(owner, ctx);
+}
+
+namespace {
+class DialogSearches final : public Searches {
+public:
+    PartyChoice party(QWidget* owner, const Context& ctx) override {
+        return showPartySearch(owner, ctx);
+    }
+    int document(DocumentKind kind, QWidget* owner, const Context& ctx, int* sellerId) override {
+        if (sellerId)
+            *sellerId = 0;
+        switch (kind) {
+        case DocumentKind::PurchaseContract:
+            return showContractSearch(owner, ctx);
+        case DocumentKind::Purchase:
+            return showPurchaseSearch(owner, ctx, sellerId);
+        case DocumentKind::Arrival:
+            return showArrivalSearch(owner, ctx);
+        case DocumentKind::DFCPurchase:
+            return showDFCPurchaseSearch(owner, ctx);
+        case DocumentKind::HourlyProduction:
+            return showHProductionSearch(owner, ctx);
+        }
+        return 0;
+    }
+};
+} // namespace
+
+std::shared_ptr<Searches> dialogSearches() {
+    return std::make_shared<DialogSearches>();
 }
 
 } // namespace gm

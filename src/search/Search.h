@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/Forms.h"
+#include "services/Context.h"
 
 #include <QDate>
 #include <QDialog>
@@ -16,11 +16,6 @@ class QTableView;
 class QTimer;
 
 namespace gm {
-
-struct PartyChoice {
-    QString SelectedPartyId, SelectedPartyName, SelectedCityName;
-    bool isEmpty() const { return SelectedPartyId.isEmpty(); }
-};
 
 // Each shows its screen modally with `owner` as parent and returns the choice; 0 or an empty
 // choice means the user closed without picking. `selectedSellerId` receives the seller of the

@@ -265,7 +265,7 @@ Currency SumGridColumn(const QAbstractItemModel& model, int column, int role) {
 }
 
 QString likeCondition(const Conn& conn, const QString& column) {
-    return QStringLiteral("%1 %2 ? ESCAPE '!'").arg(column, conn.likeOperator());
+    return conn.caselessLike(column, QStringLiteral("?")) + QStringLiteral(" ESCAPE '!'");
 }
 
 namespace {

@@ -83,9 +83,9 @@ Currency SumGridColumn(const std::vector<QStringList>& rows, int column);
 // The same over a model's top-level rows, reading each cell's text under `role`.
 Currency SumGridColumn(const QAbstractItemModel& model, int column, int role = Qt::DisplayRole);
 
-// Matching a clerk's text with LIKE: the text is data, so its own % and _ match only
-// themselves, and case is ignored on both engines.
-// "<column> LIKE ? ESCAPE '!'" with this engine's case-insensitive operator.
+// Matching a clerk's text with LIKE: the text is data, so its own %, _ and ! match only
+// themselves, and case is ignored for every letter on both engines.
+// "<column> LIKE ? ESCAPE '!'" as this engine ignores case; `column` may be any text expression.
 QString likeCondition(const Conn& conn, const QString& column);
 // Patterns for likeCondition(): texts that begin with, or contain, `text`.
 QString likeStartsWith(const QString& text);

@@ -2,12 +2,12 @@
 #include "arrivals/FrmArrivalsRate.h"
 #include "entry/Forms.h"
 #include "entry/LineGrid.h"
-#include "entry/LookupCombo.h"
 #include "reports/Report.h"
 #include "search/Search.h"
 #include "services/Lookups.h"
 #include "support/Modals.h"
 #include "support/TestDb.h"
+#include "widgets/LookupCombo.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>

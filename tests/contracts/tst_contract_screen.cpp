@@ -2,10 +2,10 @@
 #include "contracts/FrmPurchaseContract.h"
 #include "datastore/Sql.h"
 #include "entry/Forms.h"
-#include "entry/LookupCombo.h"
 #include "reports/Report.h"
 #include "support/Modals.h"
 #include "support/TestDb.h"
+#include "widgets/LookupCombo.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>

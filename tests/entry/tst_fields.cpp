@@ -1,6 +1,6 @@
 #include "entry/Fields.h"
-#include "entry/LookupCombo.h"
 #include "support/Modals.h"
+#include "widgets/LookupCombo.h"
 
 #include <QAbstractItemView>
 #include <QCalendarWidget>

@@ -2,9 +2,8 @@
 #include "entry/DocumentScreen.h"
 #include "entry/Fields.h"
 #include "entry/LineGrid.h"
-#include "entry/LookupCombo.h"
-#include "search/Search.h"
 #include "support/Modals.h"
+#include "widgets/LookupCombo.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

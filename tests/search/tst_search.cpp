@@ -2,8 +2,8 @@
 #include "support/TestDb.h"
 
 #include "datastore/Sql.h"
-#include "entry/Host.h"
 #include "search/Search.h"
+#include "search/SearchQueries.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
@@ -588,6 +589,86 @@ private Q_SLOTS:
             QCOMPARE(choice.SelectedPartyName, QStringLiteral("O'Brien Grain"));
             QCOMPARE(choice.SelectedCityName, QStringLiteral("Multan"));
         }
+    }
+
+    // A clerk's %, _ and ! are data, and case is ignored for every letter, in each search's
+    // name filter. Each name stands beside the names an unescaped or ASCII-only match would
+    // also find; its party has arrival 30 + n and contract 40 + n, n its last digit.
+    void nameFiltersMatchTheTextAsTyped_data() {
+        QTest::addColumn<QString>("search");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("keys");
+        const struct {
+            const char *search, *text;
+            QStringList keys;
+        } rows[] = {
+            {"party", "50%", {"6101"}},  {"party", "e_m", {"6102"}},
+            {"party", "!", {"6103"}},    {"party", "ünal", {"6104"}},
+            {"dfc", "ÜNLÜ", {"53"}},     {"arrival", "50%", {"31"}},
+            {"arrival", "e_m", {"32"}},  {"arrival", "ünal", {"34"}},
+            {"contract", "!", {"43"}},   {"contract", "ünal", {"44"}},
+            {"contract", "50%", {"41"}}, {"dfc", "50%", {"51"}},
+            {"dfc", "_0", {}},           {"dfc", "ünlü", {"53"}},
+        };
+        for (const auto& r : rows)
+            QTest::addRow("%s %s", r.search, r.text)
+                << QString(r.search) << QString::fromUtf8(r.text) << r.keys;
+    }
+
+    void nameFiltersMatchTheTextAsTyped() {
+        QFETCH(QString, search);
+        QFETCH(QString, text);
+        QFETCH(QStringList, keys);
+        const QStringList names{"50% Traders", "Rice_Mill", "Wow! Foods", "Ünal's Mills",
+                                "500 Traders", "RiceXMill", "Unal Bros"};
+        auto removeAll = qScopeGuard([this] {
+            for (const char* sql :
+                 {"DELETE FROM Arrivals", "DELETE FROM PContracts", "DELETE FROM DFCPayments",
+                  "DELETE FROM Parties WHERE PartyId LIKE '61%'",
+                  "DELETE FROM ChartOfAccounts WHERE AccountNo LIKE '61%'",
+                  "DELETE FROM Commodities WHERE CommodityId > 4"})
+                exec(QString::fromLatin1(sql), {});
+        });
+        for (int n = 1; n <= names.size(); ++n) {
+            const QString id = QString::number(6100 + n);
+            party(id, names[n - 1], 1);
+            arrival(30 + n, today(), id, 1);
+            exec("INSERT INTO PContracts (ContractId, ContractDate, CommodityId, PartyId, "
+                 "Quantity, ContractMode) VALUES (?, ?, 1, ?, 1, 'Bags')",
+                 {40 + n, today(), id});
+        }
+        const QStringList commodities{"50% Bran", "500 Bran", "Ünlü Wheat", "Unlu Wheat"};
+        for (int n = 1; n <= commodities.size(); ++n) {
+            exec("INSERT INTO Commodities (CommodityId, CommodityName) VALUES (?, ?)",
+                 {4 + n, commodities[n - 1]});
+            exec("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId, TotalWeight, "
+                 "TTLValueWheet, TTLValueBags) VALUES (?, ?, ?, 1, 1, 1)",
+                 {50 + n, today(), 4 + n});
+        }
+
+        // The statements alone, without their windows.
+        SearchFilters f;
+        f.from = today().addDays(-1);
+        f.to = today();
+        f.name = text;
+        QVariantList binds;
+        QString sql;
+        if (search == "party")
+            sql = partiesStatement(*m_conn, text, binds);
+        else if (search == "arrival")
+            sql = arrivalsStatement(*m_conn, f, binds);
+        else if (search == "contract")
+            sql = contractsStatement(*m_conn, f, binds);
+        else
+            sql = dfcPurchasesStatement(*m_conn, f, binds);
+        Query q(*m_conn, sql);
+        for (const QVariant& b : binds)
+            q.bind(b);
+        q.exec();
+        QStringList found;
+        while (q.next())
+            found << toText(q.value(0));
+        QCOMPARE(found, keys);
     }
 
     void failedQueryShowsErrorBoxAndEmptiesList() {

@@ -183,6 +183,31 @@ private Q_SLOTS:
         QCOMPARE(texts(found), keys);
     }
 
+    // Case is ignored for every letter, not only A to Z, and without relying on the server's
+    // locale: the text here is read under the C collation, which folds A to Z alone.
+    void likeIgnoresCaseForEveryLetter_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<bool>("matches");
+        QTest::newRow("lower finds upper") << "Ünal's" << likeContains("ünal") << true;
+        QTest::newRow("upper finds lower") << "Çiftçi" << likeStartsWith("ÇIFTÇ") << true;
+        QTest::newRow("a letter is not its plain twin")
+            << "Ünal's" << likeContains("unal") << false;
+    }
+
+    void likeIgnoresCaseForEveryLetter() {
+        GM_REQUIRE_ENGINE();
+        QFETCH(QString, text);
+        QFETCH(QString, pattern);
+        QFETCH(bool, matches);
+        const QString value =
+            m_conn->isPostgres() ? "(CAST(? AS TEXT) COLLATE \"C\")" : "CAST(? AS TEXT)";
+        const QVariant found = scalar(
+            *m_conn, "SELECT CASE WHEN " + likeCondition(*m_conn, value) + " THEN 1 ELSE 0 END",
+            {text, pattern});
+        QCOMPARE(toInt(found) == 1, matches);
+    }
+
     void findingByName() {
         const LookupList list{{"Wheat", "1"}, {"Flour", "2"}, {"Wheat", "7"}, {"", "9"}};
         QCOMPARE(findKey(list, "Wheat"), QStringLiteral("1")); // the first of equal names

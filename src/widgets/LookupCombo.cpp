@@ -1,6 +1,6 @@
-#include "entry/LookupCombo.h"
+#include "widgets/LookupCombo.h"
 
-#include "entry/Fields.h"
+#include "widgets/LeavingRefusal.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>

@@ -1,4 +1,4 @@
-#include "entry/Messages.h"
+#include "widgets/Messages.h"
 
 #include "datastore/Sql.h"
 
