@@ -37,18 +37,6 @@ ScreenTraits arrivalTraits() {
     return t;
 }
 
-// Holds back the header's handlers while code, not the clerk, fills the fields.
-class Quiet {
-public:
-    explicit Quiet(int& counter) : m_counter(counter) { ++m_counter; }
-    ~Quiet() { --m_counter; }
-    Quiet(const Quiet&) = delete;
-    Quiet& operator=(const Quiet&) = delete;
-
-private:
-    int& m_counter;
-};
-
 QStringList names(const LookupList& list) {
     QStringList out;
     for (const LookupItem& item : list)
@@ -227,7 +215,7 @@ void FrmArrivalsRate::modeEntered(int mode) {
 }
 
 void FrmArrivalsRate::afterClearWalk() {
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     lines()->clearLines();
     lines()->clearFooters();
     m_txtRemainingBags->clear();
@@ -245,7 +233,7 @@ qint64 FrmArrivalsRate::nextDocumentId() {
 }
 
 void FrmArrivalsRate::LoadArrivalLookups() {
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     const Conn& conn = context().db();
     m_units = loadUnits(conn);
     m_unitWeights = unitWeights(conn);
@@ -290,7 +278,7 @@ void FrmArrivalsRate::contractChosen() {
         m_cboContract->setFocus();
         return;
     }
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     // A contract and a PR centre exclude each other.
     m_cboPRCenter->setText(QString());
     m_cboPermitNo->setText(QString());
@@ -362,7 +350,7 @@ int FrmArrivalsRate::currentLineForDefaults() {
 void FrmArrivalsRate::centreChosen() {
     if (m_cboPRCenter->text().isEmpty())
         return;
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     m_cboContract->setText(QString());
     m_cboContract->setEnabled(false);
     placeSeller(m_store.partyDisplayName(context().hostSettings().DFCAccountNo));
@@ -373,7 +361,7 @@ void FrmArrivalsRate::centreChosen() {
 void FrmArrivalsRate::centreEmptied() {
     m_txtRemainingBags->clear();
     m_txtRemainingWeight->clear();
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     if (m_cboContract->text().isEmpty()) {
         enableSellerFields(true);
         m_cboSeller->setText(QString());
@@ -425,7 +413,7 @@ void FrmArrivalsRate::sellerTypeChosen() {
     const auto type = partyTypeFromKey(m_cboSellerType->currentKey());
     if (!type)
         return;
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     m_cboSeller->setItems(loadParties(context().db(), *type));
 }
 
@@ -504,7 +492,7 @@ bool FrmArrivalsRate::loadDocument(qint64 arrivalId) {
     const auto doc = m_store.load(int(arrivalId));
     if (!doc)
         return false;
-    Quiet quiet(m_quiet);
+    QuietScope quiet(m_quiet);
     m_txtArrivalId->setText(QString::number(doc->arrivalId));
     m_dtpArrivalDate->setDate(doc->arrivalDate);
     m_cboPRCenter->setText(doc->centerName);

@@ -4,6 +4,7 @@
 #include "contracts/ContractStore.h"
 #include "contracts/ContractValidation.h"
 #include "entry/Fields.h"
+#include "entry/PartyFields.h"
 #include "reports/Report.h"
 #include "services/Lookups.h"
 #include "services/Numeric.h"
@@ -211,20 +212,8 @@ void FrmPurchaseContract::LoadContractLists() {
     m_sellerType->selectKey(partyTypeList().front().key);
 }
 
-void FrmPurchaseContract::fillParties(LookupCombo* typeCombo, LookupCombo* partyCombo) {
-    const auto type = partyTypeFromKey(typeCombo->currentKey());
-    if (!type)
-        return;
-    // A party already in the box stays there when the list changes under it.
-    const QString key = partyCombo->currentKey();
-    const QString text = partyCombo->text();
-    partyCombo->setItems(loadParties(context().db(), *type));
-    if (key.isEmpty() || !partyCombo->selectKey(key))
-        partyCombo->setText(text);
-}
-
 void FrmPurchaseContract::partyTypeChosen(LookupCombo* typeCombo, LookupCombo* partyCombo) {
-    guard([=, this] { fillParties(typeCombo, partyCombo); });
+    guard([=, this] { fillPartiesOfType(context().db(), typeCombo, partyCombo); });
 }
 
 qint64 FrmPurchaseContract::nextDocumentId() {
@@ -255,19 +244,6 @@ bool FrmPurchaseContract::loadDocument(qint64 contractId) {
     ClearScreen();
     showRecord(*record);
     return true;
-}
-
-void FrmPurchaseContract::placeParty(LookupCombo* typeCombo, LookupCombo* partyCombo,
-                                     const QString& key, const QString& name) {
-    if (key.isEmpty())
-        return;
-    if (partyCombo->selectKey(key))
-        return;
-    const QString all = partyTypeList().front().key;
-    if (typeCombo->currentKey() != all)
-        typeCombo->selectKey(all); // refills the party list through the kind's change
-    if (!partyCombo->selectKey(key))
-        partyCombo->setText(name); // shown, though no longer a party the lists offer
 }
 
 void FrmPurchaseContract::showRecord(const ContractRecord& r) {

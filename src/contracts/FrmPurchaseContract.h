@@ -37,11 +37,6 @@ protected:
 private:
     void buildUi();
     void partyTypeChosen(LookupCombo* typeCombo, LookupCombo* partyCombo);
-    void fillParties(LookupCombo* typeCombo, LookupCombo* partyCombo);
-    // Places a party combo on the stored account, widening its list to every party when the
-    // chosen kind does not offer it.
-    void placeParty(LookupCombo* typeCombo, LookupCombo* partyCombo, const QString& key,
-                    const QString& name);
     void showRecord(const ContractRecord& record);
     PurchaseContract contractFromScreen() const;
 

@@ -460,6 +460,10 @@ bool DocumentScreen::handleKey(QObject*, QKeyEvent* event) {
     const Qt::KeyboardModifiers mods =
         event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
 
+    // Enter where it belongs to the control (a grid's own key) skips the whole handler.
+    if (isEnterKey(key) && mods == Qt::NoModifier && m_traits.enterPassesIn.contains(active))
+        return false;
+
     switch (m_traits.topMark) {
     case ScreenTraits::TopMark::None:
         break;
@@ -489,7 +493,8 @@ bool DocumentScreen::handleKey(QObject*, QKeyEvent* event) {
         }
     } else if (mods == Qt::ControlModifier && key == Qt::Key_L) {
         swallow = command = true;
-        clickClear();
+        if (m_traits.ctrlClears)
+            clickClear();
     } else if (mods == Qt::ControlModifier && key == Qt::Key_S) {
         swallow = command = true;
         if (isButtonEnabled(Button::Save) && msg::askSave(this))

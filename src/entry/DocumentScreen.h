@@ -71,6 +71,7 @@ struct ScreenTraits {
     QString idField;
 
     bool ctrlOpens = true;               // Ctrl+O opens when BtnOpen is enabled
+    bool ctrlClears = true;              // false: Ctrl+L is swallowed and does nothing
     bool ctrlShiftDeleteRemoves = false; // Ctrl+Shift+Delete removes when BtnRemove is enabled
     QStringList partySearchCombos;       // F1 here runs the party search ("CboSeller", "CboBroker")
     QString contractSearchCombo;         // F1 here runs the contract search ("CboContract")
@@ -89,6 +90,19 @@ struct ScreenTraits {
 
     // Open, Print, Remove, Save, Clear as most screens set them.
     static ModeTable standardModes();
+};
+
+// Holds back a screen's field handlers while code, not the clerk, fills the fields: each
+// handler returns at once while the counter is above 0.
+class QuietScope {
+public:
+    explicit QuietScope(int& counter) : m_counter(counter) { ++m_counter; }
+    ~QuietScope() { --m_counter; }
+    QuietScope(const QuietScope&) = delete;
+    QuietScope& operator=(const QuietScope&) = delete;
+
+private:
+    int& m_counter;
 };
 
 // The frame of every document screen: a top-level window holding the screen's controls and
