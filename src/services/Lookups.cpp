@@ -245,16 +245,6 @@ QString findKey(const LookupList& list, const QString& text) {
     return at < 0 ? QStringLiteral("0") : list[std::size_t(at)].key;
 }
 
-Currency SumGridColumn(const std::vector<QStringList>& rows, int column) {
-    Currency total;
-    if (column < 0)
-        return total;
-    for (const QStringList& row : rows)
-        if (column < row.size())
-            total += Currency::fromDouble(leadingNumber(row[column]));
-    return total;
-}
-
 Currency SumGridColumn(const QAbstractItemModel& model, int column, int role) {
     Currency total;
     if (column < 0 || column >= model.columnCount())

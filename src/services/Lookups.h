@@ -78,9 +78,8 @@ int indexOfName(const LookupList& list, const QString& text);
 
 // A grid column's total: each cell's leading number taken to four decimals (ties to even)
 // and added in fixed point, so a long column adds up without drift. A row too short for the
-// column, and a cell with no number, count as 0.
-Currency SumGridColumn(const std::vector<QStringList>& rows, int column);
-// The same over a model's top-level rows, reading each cell's text under `role`.
+// column, and a cell with no number, count as 0. Over a model's top-level rows, reading each
+// cell's text under `role`.
 Currency SumGridColumn(const QAbstractItemModel& model, int column, int role = Qt::DisplayRole);
 
 // Matching a clerk's text with LIKE: the text is data, so its own %, _ and ! match only

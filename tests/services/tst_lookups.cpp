@@ -242,24 +242,20 @@ private Q_SLOTS:
         QTest::newRow("column beyond every row") << QList<QVariantList>{{"5"}} << 4 << qint64(0);
     }
 
-    // The same cells summed as the texts a grid keeps and through the model that shows them.
+    // A column summed through the model that shows it, as every grid footer is.
     void gridSums() {
         QFETCH(QList<QVariantList>, rows);
         QFETCH(int, column);
         QFETCH(qint64, raw);
-        std::vector<QStringList> texts;
         QStandardItemModel model;
         for (const QVariantList& row : rows) {
             QList<QStandardItem*> items;
-            texts.emplace_back();
             for (const QVariant& cell : row) {
-                texts.back() << cell.toString();
                 items << new QStandardItem;
                 items.last()->setData(cell, Qt::DisplayRole);
             }
             model.appendRow(items);
         }
-        QCOMPARE(SumGridColumn(texts, column).raw(), raw);
         QCOMPARE(SumGridColumn(model, column).raw(), raw);
     }
 };
