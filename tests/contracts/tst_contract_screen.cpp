@@ -126,6 +126,7 @@ private:
 };
 
 void TstContractScreen::init() {
+    GM_REQUIRE_ENGINE();
     m_conn = test::freshSampleConn();
     m_forms = std::make_unique<Forms>();
     m_forms->InitializeClass(*m_conn);
