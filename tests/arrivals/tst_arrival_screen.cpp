@@ -6,6 +6,7 @@
 #include "search/Search.h"
 #include "services/Lookups.h"
 #include "support/Modals.h"
+#include "support/ScreenKeys.h"
 #include "support/TestDb.h"
 #include "widgets/LookupCombo.h"
 
@@ -20,54 +21,11 @@ using namespace gm::test;
 
 namespace {
 
-template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
-    auto* w = screen->findChild<W*>(name);
-    if (!w)
-        qFatal("no control %s", qPrintable(name));
-    return w;
-}
-
-QString textOf(QWidget* screen, const QString& name) {
-    QWidget* w = control(screen, name);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        return c->currentText();
-    return qobject_cast<QLineEdit*>(w)->text();
-}
-
-// Into a field as a click would, replace its text by typing, leave with Enter (a Tab here).
-void typeInto(QWidget* screen, const QString& name, const QString& keys) {
-    QWidget* w = control(screen, name);
-    w->setFocus(Qt::MouseFocusReason);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        c->lineEdit()->selectAll();
-    else
-        qobject_cast<QLineEdit*>(w)->selectAll();
-    QTest::keyClick(w, Qt::Key_Backspace);
-    QTest::keyClicks(w, keys);
-    QTest::keyClick(w, Qt::Key_Return);
-}
-
 // The commodity by its key, so that the test does not depend on how the sample names it.
 void typeCommodity(QWidget* screen, int key) {
     for (const LookupItem& item : control<LookupCombo>(screen, "CboCommodity")->items())
         if (item.key == QString::number(key))
             typeInto(screen, "CboCommodity", item.name);
-}
-
-// A cell typed as the clerk does: the first key opens the editor, Enter commits.
-void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
-    // A box that was answered may have left the screen without an active window.
-    QApplication::setActiveWindow(grid->window());
-    grid->setFocus(Qt::MouseFocusReason);
-    grid->setCurrentIndex(grid->lines()->index(row, column));
-    QTest::keyClick(grid, Qt::Key_F2);
-    QWidget* editor = QApplication::focusWidget();
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->selectAll();
-    else if (auto* combo = qobject_cast<QComboBox*>(editor))
-        combo->lineEdit()->selectAll();
-    QTest::keyClicks(editor, keys);
-    QTest::keyClick(editor, Qt::Key_Return);
 }
 
 // Leaves a refused cell as the clerk does, with Escape in its editor.
@@ -83,30 +41,6 @@ void typeLine(LineGrid* grid, int row, const QStringList& cells) {
     for (int i = 0; i < cells.size(); ++i)
         if (!cells[i].isNull())
             typeCell(grid, row, columns[i], cells[i]);
-}
-
-void ctrl(QWidget* screen, Qt::Key key) {
-    QApplication::setActiveWindow(screen);
-    QWidget* target = QApplication::focusWidget();
-    if (!target || target->window() != screen)
-        target = screen;
-    QTest::keyClick(target, key, Qt::ControlModifier);
-}
-
-// Runs the action, answering the boxes it opens in turn; what they showed.
-QList<Modals::Seen> answering(const QList<QMessageBox::StandardButton>& answers,
-                              const std::function<void()>& action) {
-    Modals m(answers);
-    action();
-    (void)QTest::qWaitFor([&m] { return m.done(); });
-    return m.seen();
-}
-
-QStringList textsOf(const QList<Modals::Seen>& seen) {
-    QStringList out;
-    for (const Modals::Seen& s : seen)
-        out << s.text;
-    return out;
 }
 
 // Saves with Ctrl+S, answering the save question Yes and the print question No.

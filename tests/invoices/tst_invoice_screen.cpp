@@ -7,6 +7,7 @@
 #include "reports/PdfText.h"
 #include "reports/Report.h"
 #include "support/Modals.h"
+#include "support/ScreenKeys.h"
 #include "support/TestDb.h"
 #include "widgets/LookupCombo.h"
 
@@ -23,69 +24,17 @@ namespace {
 
 constexpr const char* kRana = "6100003"; // a seller with no arrivals in the sample mill
 
-template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
-    auto* w = screen->findChild<W*>(name);
-    if (!w)
-        qFatal("no control %s", qPrintable(name));
-    return w;
-}
-
-QString textOf(QWidget* screen, const QString& name) {
-    QWidget* w = control(screen, name);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        return c->currentText();
-    return qobject_cast<QLineEdit*>(w)->text();
-}
-
-// Into a field as a click would, replace its text by typing, leave with Enter.
-void typeInto(QWidget* screen, const QString& name, const QString& keys) {
-    QApplication::setActiveWindow(screen);
-    QWidget* w = control(screen, name);
-    w->setFocus(Qt::MouseFocusReason);
-    QLineEdit* line = qobject_cast<QComboBox*>(w) ? qobject_cast<QComboBox*>(w)->lineEdit()
-                                                  : qobject_cast<QLineEdit*>(w);
-    line->selectAll();
-    QTest::keyClick(line, Qt::Key_Backspace);
-    QTest::keyClicks(line, keys);
-    QTest::keyClick(line, Qt::Key_Return);
-}
-
 void typeParty(QWidget* screen, const QString& combo, const char* key) {
+    QApplication::setActiveWindow(screen);
     for (const LookupItem& item : control<LookupCombo>(screen, combo)->items())
         if (item.key == QLatin1String(key))
             return typeInto(screen, combo, item.name);
     qFatal("no party %s", key);
 }
 
-// A cell typed as the clerk does: the first key opens the editor, Enter commits.
-void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
-    QApplication::setActiveWindow(grid->window());
-    grid->setFocus(Qt::MouseFocusReason);
-    grid->setCurrentIndex(grid->lines()->index(row, column));
-    QTest::keyClick(grid, Qt::Key_F2);
-    QWidget* editor = QApplication::focusWidget();
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->selectAll();
-    else if (auto* combo = qobject_cast<QComboBox*>(editor))
-        combo->lineEdit()->selectAll();
-    QTest::keyClicks(editor, keys);
-    QTest::keyClick(editor, Qt::Key_Return);
-}
-
-void ctrl(QWidget* screen, Qt::Key key) {
-    QApplication::setActiveWindow(screen);
-    QWidget* target = QApplication::focusWidget();
-    if (!target || target->window() != screen)
-        target = screen;
-    QTest::keyClick(target, key, Qt::ControlModifier);
-}
-
-QStringList answering(const QList<QMessageBox::StandardButton>& answers,
-                      const std::function<void()>& action) {
-    Modals m(answers);
-    action();
-    (void)QTest::qWaitFor([&m] { return m.done(); });
-    return m.texts();
+QStringList answeredTexts(const QList<QMessageBox::StandardButton>& answers,
+                          const std::function<void()>& action) {
+    return textsOf(answering(answers, action));
 }
 
 double wheatCost(const Conn& c) {
@@ -173,17 +122,20 @@ void TestInvoiceScreen::sellerRouteSavedReopenedAndRemoved() {
 
     // A total freight spreads over the priced bags and locks the per-bag figure; commission
     // of 10 a mound on 1,000 kg is 250, its tax at 10 % is 25: the net is 2700+200+250-25.
+    QApplication::setActiveWindow(s);
     typeInto(s, "TxtFreight", QStringLiteral("200"));
     QCOMPARE(textOf(s, "TxtFreightPerBag"), QStringLiteral("10"));
     QVERIFY(!control(s, "TxtFreightPerBag")->isEnabled());
+    QApplication::setActiveWindow(s);
     typeInto(s, "TxtComm", QStringLiteral("10"));
+    QApplication::setActiveWindow(s);
     typeInto(s, "TxtWHTaxRatio", QStringLiteral("10"));
     QCOMPARE(textOf(s, "TxtCommValue"), QStringLiteral("250"));
     QCOMPARE(textOf(s, "TxtWHTaxValue"), QStringLiteral("25"));
     QCOMPARE(textOf(s, "TxtNetAmount"), QStringLiteral("3125"));
     QVERIFY(s->button(Button::Save)->isEnabled());
 
-    QCOMPARE(answering({QMessageBox::Yes, QMessageBox::No}, [s] { ctrl(s, Qt::Key_S); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes, QMessageBox::No}, [s] { ctrl(s, Qt::Key_S); }),
              QStringList({"Are you sure to save this invoice?", "Do you want to print?"}));
     QVERIFY(InvoiceStore(*m_conn).exists(id));
     QCOMPARE(textOf(s, "TxtPurchaseID").toInt(), id + 1);
@@ -196,8 +148,8 @@ void TestInvoiceScreen::sellerRouteSavedReopenedAndRemoved() {
     s->setDocumentSearch([id](QWidget*) { return id; });
     ctrl(s, Qt::Key_O);
     QCOMPARE(s->mode(), Mode::Changed);
-    QCOMPARE(answering({QMessageBox::Yes},
-                       [s] { QTest::mouseClick(s->button(Button::Clear), Qt::LeftButton); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes},
+                           [s] { QTest::mouseClick(s->button(Button::Clear), Qt::LeftButton); }),
              QStringList({"Are U Sure To Clear This Invoice ?"}));
     QCOMPARE(s->mode(), Mode::New);
     QTest::mouseClick(s->button(Button::Open), Qt::LeftButton);
@@ -228,8 +180,8 @@ void TestInvoiceScreen::sellerRouteSavedReopenedAndRemoved() {
     QVERIFY2(text.contains(QStringLiteral("INV-1")) && text.contains(QStringLiteral("3125")),
              qPrintable(text));
 
-    QCOMPARE(answering({QMessageBox::Yes},
-                       [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes},
+                           [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
              QStringList({"Are you sure to remove this purhcase?"}));
     QVERIFY(!InvoiceStore(*m_conn).exists(id));
     QVERIFY(std::abs(wheatCost(*m_conn) - costBefore) < 1e-6);
@@ -249,6 +201,7 @@ void TestInvoiceScreen::contractRouteBringsItsTerms() {
 
     FrmPurchaseInvoice* s = showScreen();
     QVERIFY(s);
+    QApplication::setActiveWindow(s);
     typeInto(s, "CboContract", QStringLiteral("951"));
     LineGrid* grid = control<LineGrid>(s, "Grid");
     const int row = rowOfVehicle(grid, QStringLiteral("CON-1"));

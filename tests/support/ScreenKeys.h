@@ -1,0 +1,86 @@
+#pragma once
+
+#include "entry/LineGrid.h"
+#include "support/Modals.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QtTest>
+
+#include <functional>
+
+namespace gm::test {
+
+// Driving a screen as a clerk does, by its controls' names and real key presses.
+
+template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
+    auto* w = screen->findChild<W*>(name);
+    if (!w)
+        qFatal("no control %s", qPrintable(name));
+    return w;
+}
+
+// What a text field or a combo shows.
+inline QString textOf(QWidget* screen, const QString& name) {
+    QWidget* w = control(screen, name);
+    if (auto* c = qobject_cast<QComboBox*>(w))
+        return c->currentText();
+    return qobject_cast<QLineEdit*>(w)->text();
+}
+
+// Into a field as a click would, replace its text by typing, leave with Enter (a Tab here).
+inline void typeInto(QWidget* screen, const QString& name, const QString& keys) {
+    QWidget* w = control(screen, name);
+    w->setFocus(Qt::MouseFocusReason);
+    if (auto* c = qobject_cast<QComboBox*>(w))
+        c->lineEdit()->selectAll();
+    else
+        qobject_cast<QLineEdit*>(w)->selectAll();
+    QTest::keyClick(w, Qt::Key_Backspace);
+    QTest::keyClicks(w, keys);
+    QTest::keyClick(w, Qt::Key_Return);
+}
+
+// A cell typed as the clerk does: the first key opens the editor, Enter commits.
+inline void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
+    // A box that was answered may have left the screen without an active window.
+    QApplication::setActiveWindow(grid->window());
+    grid->setFocus(Qt::MouseFocusReason);
+    grid->setCurrentIndex(grid->lines()->index(row, column));
+    QTest::keyClick(grid, Qt::Key_F2);
+    QWidget* editor = QApplication::focusWidget();
+    if (auto* line = qobject_cast<QLineEdit*>(editor))
+        line->selectAll();
+    else if (auto* combo = qobject_cast<QComboBox*>(editor))
+        combo->lineEdit()->selectAll();
+    QTest::keyClicks(editor, keys);
+    QTest::keyClick(editor, Qt::Key_Return);
+}
+
+// A Ctrl command on whatever holds the focus in the screen.
+inline void ctrl(QWidget* screen, Qt::Key key) {
+    QApplication::setActiveWindow(screen);
+    QWidget* target = QApplication::focusWidget();
+    if (!target || target->window() != screen)
+        target = screen;
+    QTest::keyClick(target, key, Qt::ControlModifier);
+}
+
+// Runs the action, answering the boxes it opens in turn; what they showed.
+inline QList<Modals::Seen> answering(const QList<QMessageBox::StandardButton>& answers,
+                                     const std::function<void()>& action) {
+    Modals m(answers);
+    action();
+    (void)QTest::qWaitFor([&m] { return m.done(); });
+    return m.seen();
+}
+
+inline QStringList textsOf(const QList<Modals::Seen>& seen) {
+    QStringList out;
+    for (const Modals::Seen& s : seen)
+        out << s.text;
+    return out;
+}
+
+} // namespace gm::test
