@@ -60,6 +60,7 @@ private Q_SLOTS:
     void bagsShortRefuseTheWholeDay_data();
     void bagsShortRefuseTheWholeDay();
     void screenLookups();
+    void sampleMillDays();
 
 private:
     std::unique_ptr<Conn> m_conn;
@@ -357,6 +358,22 @@ void TstProductionStore::screenLookups() {
     QCOMPARE(shown->unitName, QStringLiteral("Mound"));
     QCOMPARE(roundHalfEven(shown->netWeight, 6), roundHalfEven((kg + 400) / 40, 6));
     QVERIFY(!store.currentStock(kWheatImported));
+}
+
+// The sample mill's days went through the store: products costed alike, bags as flagged.
+void TstProductionStore::sampleMillDays() {
+    const Conn& c = *m_conn;
+    ProductionStore store(c);
+    const auto milling = store.load(QDate::currentDate().addDays(-2), kMilling);
+    QVERIFY(milling);
+    QVERIFY(!milling->addBardana);
+    QCOMPARE(milling->production.size(), size_t(2));
+    QCOMPARE(double(milling->production[0].cost), double(milling->production[1].cost));
+    QCOMPARE(to4(milling->production[0].cost), productUnitCost(*milling)->toDouble());
+    const auto fine = store.load(QDate::currentDate().addDays(-1), kFineMilling);
+    QVERIFY(fine);
+    QVERIFY(fine->addBardana);
+    QCOMPARE(fine->production.size(), size_t(3));
 }
 
 QTEST_GUILESS_MAIN(TstProductionStore)
