@@ -5,6 +5,7 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 #include "Generator.h"
+#include "production/HourlyStore.h"
 #include "production/ProductionStore.h"
 #include "search/Search.h"
 #include "services/Host.h"
@@ -500,17 +501,10 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         (void)store.defaultBag(1);
         return store.currentStock(1) ? 1 : 0;
     });
-    add(
-        QStringLiteral("open: hourly production"),
-        [c, s] {
-            return readAll(*c, QStringLiteral("SELECT * FROM HourlyProduction WHERE SerialNo = ?"),
-                           {s.serialToOpen}) +
-                   readAll(*c,
-                           QStringLiteral("SELECT h.*, FunGetCommodity(h.CommodityId) FROM "
-                                          "HProductionBody h WHERE h.SerialNo = ?"),
-                           {s.serialToOpen});
-        },
-        {}, QStringLiteral("statements an hourly screen needs (no hourly store yet)"));
+    add(QStringLiteral("open: hourly production"), [c, s] {
+        const auto entry = HourlyStore(*c).load(s.serialToOpen);
+        return entry ? int(1 + entry->lines.size()) : 0;
+    });
 
     // --- Saving and removing --------------------------------------------------------------
     // A new contract on a fresh number, removed again, so the database is left as it was.

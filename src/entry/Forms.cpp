@@ -9,6 +9,7 @@
 // Screens: each document screen adds its include here and its case in createScreen below.
 #include "arrivals/FrmArrivalsRate.h"
 #include "contracts/FrmPurchaseContract.h"
+#include "production/FrmHourlyProduction.h"
 #include "production/FrmProduction.h"
 
 namespace gm {
@@ -31,6 +32,8 @@ ScreenMaker createScreen(Forms::Screen screen) {
         return &make<FrmPurchaseContract>;
     case Forms::Screen::Production:
         return &make<FrmProduction>;
+    case Forms::Screen::HourlyProduction:
+        return &make<FrmHourlyProduction>;
     default:
         return nullptr;
     }

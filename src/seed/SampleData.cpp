@@ -214,6 +214,7 @@ void loadSampleMill(const Conn& conn) {
     loadSampleArrivals(conn);
     loadSampleInvoices(conn);
     loadSampleProduction(conn);
+    loadSampleHourlyProduction(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();

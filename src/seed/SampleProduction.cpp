@@ -1,6 +1,7 @@
 #include "seed/SampleProduction.h"
 
 #include "datastore/Sql.h"
+#include "production/HourlyStore.h"
 #include "production/ProductionStore.h"
 
 #include <QDate>
@@ -70,6 +71,29 @@ void loadSampleProduction(const Conn& conn) {
                        line(conn, kBran, kPP100, kNew, 9, 100)};
     fine.ratio = ratioOf(fine);
     store.save(fine);
+}
+
+void loadSampleHourlyProduction(const Conn& conn) {
+    HourlyStore store(conn);
+    const QDate yesterday = QDate::currentDate().addDays(-1);
+    const auto hourLine = [](int commodity, int bagsType, double bags, double bagWeight) {
+        HourlyLine l;
+        l.commodityId = commodity;
+        l.bagsTypeId = bagsType;
+        l.bagsClassId = kNew;
+        l.noOfBags = bags;
+        l.bagWeight = bagWeight;
+        return l;
+    };
+    const double flourBags[] = {22, 25, 19};
+    for (int i = 0; i < 3; ++i) {
+        HourlyEntry entry;
+        entry.serialNo = store.nextSerialNo();
+        entry.processTime = QDateTime(yesterday, QTime(8 + i, 0));
+        entry.lines = {hourLine(kFineFlour, kPP50, flourBags[i], 50),
+                       hourLine(kBran, kPP100, 3 + i, 100)};
+        store.save(entry, true);
+    }
 }
 
 } // namespace gm

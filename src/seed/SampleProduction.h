@@ -9,5 +9,7 @@ class Conn;
 // fine milling yesterday with its bags added in. Runs inside the caller's write transaction,
 // after the invoices, whose costs the consumption takes.
 void loadSampleProduction(const Conn& conn);
+// Three hourly records of yesterday's output, saved through the hourly store.
+void loadSampleHourlyProduction(const Conn& conn);
 
 } // namespace gm

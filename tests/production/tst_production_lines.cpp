@@ -1,3 +1,4 @@
+#include "production/HourlyLines.h"
 #include "production/ProductionLines.h"
 #include "production/ProductionValidation.h"
 
@@ -57,6 +58,7 @@ private Q_SLOTS:
     void saveChecks_data();
     void saveChecks();
     void typedNames();
+    void hourlyLines();
 };
 
 void TstProductionLines::balance_data() {
@@ -258,6 +260,51 @@ void TstProductionLines::typedNames() {
     d = validDay();
     d.processId = 0;
     QCOMPARE(ValidateProduction(d, lists)->focus, QStringLiteral("CboProcesses"));
+}
+
+void TstProductionLines::hourlyLines() {
+    // Columns are found by their caption in any case.
+    QCOMPARE(hourlyColumnNamed("No Of Bags"), int(HrNoOfBags));
+    QCOMPARE(hourlyColumnNamed("net weight"), int(HrNetWeight));
+    QCOMPARE(hourlyColumnNamed("Weight"), -1);
+
+    const HourlyLists lists{{"Flour", "Bran"}, {"PP 50 Kg"}, {"New"}};
+    QVERIFY(!checkHourlyCell(HrCommodity, QString(), lists));
+    QCOMPARE(checkHourlyCell(HrCommodity, "Wheat", lists)->text,
+             QStringLiteral("Please provide a valid commodity and try again"));
+    QCOMPARE(checkHourlyCell(HrBagType, "Sack", lists)->text,
+             QStringLiteral("Please provide a valid bag type and try again"));
+    QCOMPARE(checkHourlyCell(HrBagClass, "Torn", lists)->text,
+             QStringLiteral("Please provide a valid bag class and try again"));
+    QVERIFY(!checkHourlyCell(HrNoOfBags, "x", lists));
+
+    HourlyLine good;
+    good.commodity = "Flour";
+    good.bagsType = "PP 50 Kg";
+    good.bagsClass = "New";
+    good.noOfBags = 20;
+    good.bagWeight = 50;
+    QCOMPARE(lineWeight(good), 1000.0);
+    const HourlyLine empty;
+    QVERIFY(empty.isEmpty());
+
+    // Nothing but empty lines is an empty grid.
+    QCOMPARE(ValidateHourly({}, lists)->text, kGridEmpty);
+    QCOMPARE(ValidateHourly({empty, empty}, lists)->icon, Objection::Icon::Warning);
+    // An empty line is skipped; a line with names missing is refused where they are missing.
+    QVERIFY(!ValidateHourly({empty, good}, lists));
+    QCOMPARE(linesToKeep({empty, good, empty}).size(), size_t(1));
+    HourlyLine noClass = good;
+    noClass.bagsClass.clear();
+    const auto o = ValidateHourly({good, empty, noClass}, lists);
+    QVERIFY(o);
+    QCOMPARE(o->text, QStringLiteral("Please provide a valid bag class and try again"));
+    QCOMPARE(o->focus, kHourlyGrid);
+    QCOMPARE(o->row, 2);
+    QCOMPARE(o->column, int(HrBagClass));
+    HourlyLine bagsOnly;
+    bagsOnly.noOfBags = 5;
+    QCOMPARE(ValidateHourly({bagsOnly}, lists)->column, int(HrCommodity));
 }
 
 QTEST_GUILESS_MAIN(TstProductionLines)
