@@ -91,7 +91,8 @@ void FrmHourlyProduction::buildUi() {
     m_grdProduction->setDeleteRemovesLine(true);
     const QStringList& caps = hourlyColumnCaptions();
     const auto& f = hourlyLineFields();
-    // The net weight is the screen's own working: bags times bag weight.
+    // Every cell takes the cursor in turn, as the grid always has; the net weight follows the
+    // bags and the bag weight, and is saved as their product whatever its cell holds.
     m_grdProduction->setColumns<HourlyLine>({
         {GridColumn::lookupOf(caps[HrCommodity], {}, 160).named(QStringLiteral("CboCommodity")),
          f[HrCommodity]},
@@ -101,8 +102,7 @@ void FrmHourlyProduction::buildUi() {
          f[HrBagClass]},
         {GridColumn::number(caps[HrNoOfBags], 80, 4), f[HrNoOfBags]},
         {GridColumn::number(caps[HrBagWeight], 80, 4), f[HrBagWeight]},
-        {GridColumn::readOnly(caps[HrNetWeight], 100).aligned(Qt::AlignRight | Qt::AlignVCenter),
-         f[HrNetWeight]},
+        {GridColumn::number(caps[HrNetWeight], 100, 4), f[HrNetWeight]},
     });
     outer->addWidget(m_grdProduction->panel(), 1);
     outer->addWidget(buttonRow());
@@ -162,10 +162,9 @@ void FrmHourlyProduction::clearDocument() {
 // ---- Lines ----------------------------------------------------------------------------------
 
 void FrmHourlyProduction::recompute(int row, int column) {
-    if (column != HrNoOfBags && column != HrBagWeight)
-        return;
-    m_grdProduction->lines()->updateLine<HourlyLine>(
-        row, [](HourlyLine& l) { l.netWeight = lineWeight(l); });
+    if (column == HrNoOfBags || column == HrBagWeight)
+        m_grdProduction->lines()->updateLine<HourlyLine>(
+            row, [](HourlyLine& l) { l.netWeight = lineWeight(l); });
     refreshFooter();
 }
 
@@ -180,9 +179,12 @@ bool FrmHourlyProduction::loadDocument(qint64 serialNo) {
     ClearScreen();
     m_grdProduction->lines()->clearLines();
     const auto entry = m_store.load(qint32(serialNo));
-    // A record without lines cannot be shown; the screen is left cleared.
-    if (!entry)
+    // A record without lines cannot be shown; the screen is left cleared, with a serial for
+    // whatever is entered next.
+    if (!entry) {
+        NextDocumentId();
         return false;
+    }
     m_txtProcessId->setText(QString::number(entry->serialNo));
     m_dtpProcessTime->setDateTime(entry->processTime);
     m_grdProduction->setLines(entry->lines);

@@ -96,15 +96,12 @@ void FrmProduction::buildUi() {
     const QStringList& caps = productionColumnCaptions();
     const auto& f = productionLineFields();
     const auto makeGrid = [&](const QString& name, const char* commodity, const char* bagType,
-                              const char* bagClass, bool costTyped) {
+                              const char* bagClass) {
         auto* grid = new LineGrid(name, this);
         grid->setDeleteRemovesLine(true);
         const auto named = [](GridColumn c, const char* editor) {
             return c.named(QLatin1String(editor));
         };
-        GridColumn cost = costTyped ? GridColumn::number(caps[PrdCost], 90, 10)
-                                    : GridColumn::readOnly(caps[PrdCost], 90)
-                                          .aligned(Qt::AlignRight | Qt::AlignVCenter);
         grid->setColumns<ProductionLine>({
             {named(GridColumn::lookupOf(caps[PrdCommodity], {}, 150), commodity), f[PrdCommodity]},
             {named(GridColumn::lookupOf(caps[PrdBagType], {}, 110), bagType), f[PrdBagType]},
@@ -112,15 +109,16 @@ void FrmProduction::buildUi() {
             {GridColumn::number(caps[PrdNoOfBags], 80, 4), f[PrdNoOfBags]},
             {GridColumn::number(caps[PrdBagWeight], 80, 6), f[PrdBagWeight]},
             {GridColumn::number(caps[PrdWeight], 90, 4), f[PrdWeight]},
-            {cost, f[PrdCost]},
+            {GridColumn::number(caps[PrdCost], 90, 10), f[PrdCost]},
         });
         return grid;
     };
-    // Only the consumption's cost may be typed: a product's cost is worked out at save.
+    // Every cell takes the cursor in turn, as the grids always have; a product's cost is worked
+    // out at save, whatever its cell holds.
     m_grdConsumption = makeGrid(QStringLiteral("GrdConsumption"), "CboCommoditiesCons",
-                                "CboBagTypeCons", "CboBagClassCons", true);
+                                "CboBagTypeCons", "CboBagClassCons");
     m_grdProduction = makeGrid(QStringLiteral("GrdProduction"), "CboCommoditiesProd",
-                               "CboBagTypeProd", "CboBagsClassProd", false);
+                               "CboBagTypeProd", "CboBagsClassProd");
 
     m_gridCurrentStock = new LineGrid(QStringLiteral("GridCurrentStock"), this);
     m_gridCurrentStock->setColumns({GridColumn::readOnly(QStringLiteral("Description"), 90),

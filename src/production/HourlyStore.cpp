@@ -49,6 +49,9 @@ std::optional<HourlyEntry> HourlyStore::load(qint32 serialNo) const {
 }
 
 void HourlyStore::save(const HourlyEntry& entry, bool isNew) {
+    if (entry.serialNo <= 0)
+        throw DbError(QStringLiteral("An hourly record is saved under a serial above 0."),
+                      QStringLiteral("Hourly production"));
     if (entry.lines.empty())
         throw Objected(Objection::warning(kGridEmpty));
     // A line without one of its keys would be kept under key 0; the screen's checks stop that

@@ -151,6 +151,7 @@ private Q_SLOTS:
     void refusalsWhileTypingAndAtSave();
     void aSavedDayIsNotSavedAgain();
     void figuresFollowEveryChange();
+    void aDayTypedByKeysAlone();
 
 private:
     FrmProduction* showScreen();
@@ -441,6 +442,49 @@ void TestProductionScreen::figuresFollowEveryChange() {
     QVERIFY(holds(s, cons));
     key(s, Qt::Key_F5);
     QVERIFY(holds(s, control(s, "CboProcesses")));
+}
+
+// Nothing but keys into whatever holds the focus, Enter moving on as Tab does.
+void TestProductionScreen::aDayTypedByKeysAlone() {
+    GM_REQUIRE_ENGINE();
+    FrmProduction* s = showScreen();
+    QVERIFY(s);
+    const auto type = [s](const QString& keys) {
+        QApplication::setActiveWindow(s);
+        // Each key to whatever holds the focus then: the first opens a cell's editor.
+        for (const QChar c : keys)
+            QTest::keyClick(QApplication::focusWidget(), c.toLatin1());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    };
+    QVERIFY(holds(s, control(s, "DtpProductionDate")));
+    control<QDateEdit>(s, "DtpProductionDate")->setSelectedSection(QDateTimeEdit::DaySection);
+    type(kDay.toString(QStringLiteral("ddMMyyyy")));
+    type(QStringLiteral("Milling"));
+    // Commodity, its bag as it comes, class, bags, bag weight, weight and cost as worked out.
+    for (const char* cell : {"Wheat Local", "", "New", "50", "", "", ""})
+        type(QString::fromUtf8(cell));
+    key(s, Qt::Key_F6);
+    for (const char* cell : {"Flour", "", "New", "60", "", "", "", "Bran", "", "New", "19"})
+        type(QString::fromUtf8(cell));
+    key(s, Qt::Key_F6);
+    type(QStringLiteral("25000"));
+    type(QStringLiteral("5000"));
+    LineGrid* cons = grid(s, "GrdConsumption");
+    LineGrid* prod = grid(s, "GrdProduction");
+    QCOMPARE(cons->lines()->lineCount(), 1);
+    QCOMPARE(cons->cellText(0, PrdWeight), QStringLiteral("5000"));
+    QCOMPARE(prod->lines()->lineCount(), 2);
+    QCOMPARE(prod->cellText(1, PrdWeight), QStringLiteral("1900"));
+    QCOMPARE(textOf(s, "TxtRatio"), QStringLiteral("-2"));
+    QCOMPARE(textOf(s, "TxtOtherExpense"), QStringLiteral("5000"));
+    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+             QStringList({"Are you sure to save this invoice?"}));
+    QCOMPARE(rowsOfDay(*m_conn, "Production", kDay, kMilling), 2);
+    QCOMPARE(toDouble(scalar(*m_conn,
+                             QStringLiteral("SELECT OtherExpenses FROM DailyProduction "
+                                            "WHERE ProductionDate = ?"),
+                             {kDay})),
+             5000.0);
 }
 
 QTEST_MAIN(TestProductionScreen)
