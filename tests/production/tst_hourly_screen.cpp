@@ -3,6 +3,7 @@
 #include "production/FrmHourlyProduction.h"
 #include "production/HourlyStore.h"
 #include "ProductionFixture.h"
+#include "ScreenKeys.h"
 #include "support/Modals.h"
 #include "support/TestDb.h"
 
@@ -17,62 +18,8 @@ using namespace gm::test;
 
 namespace {
 
-template <class W = QWidget> W* control(QWidget* screen, const char* name) {
-    auto* w = screen->findChild<W*>(QString::fromLatin1(name));
-    if (!w)
-        qFatal("no control %s", name);
-    return w;
-}
-
 QString serialShown(QWidget* s) {
     return control<QLineEdit>(s, "TxtProcessId")->text();
-}
-
-void typeCell(LineGrid* g, int row, int column, const QString& keys) {
-    QApplication::setActiveWindow(g->window());
-    g->setFocus(Qt::MouseFocusReason);
-    g->setCurrentIndex(g->lines()->index(row, column));
-    QTest::keyClick(g, Qt::Key_F2);
-    QWidget* editor = QApplication::focusWidget();
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->selectAll();
-    else if (auto* combo = qobject_cast<QComboBox*>(editor))
-        combo->lineEdit()->selectAll();
-    QTest::keyClicks(editor, keys);
-    QTest::keyClick(editor, Qt::Key_Return);
-}
-
-void typeLine(LineGrid* g, int row, const QStringList& cells) {
-    for (int column = 0; column < cells.size(); ++column)
-        if (!cells[column].isNull())
-            typeCell(g, row, column, cells[column]);
-}
-
-void escapeCell(LineGrid* g) {
-    QApplication::setActiveWindow(g->window());
-    for (QWidget* w : g->findChildren<QWidget*>())
-        if (w->property("gmColumn").isValid() && w->isVisible()) {
-            QTest::keyClick(w, Qt::Key_Escape);
-            return;
-        }
-}
-
-void key(QWidget* screen, Qt::Key k, Qt::KeyboardModifiers mods = Qt::NoModifier) {
-    QApplication::setActiveWindow(screen);
-    QWidget* target = QApplication::focusWidget();
-    if (!target || target->window() != screen)
-        target = screen;
-    QTest::keyClick(target, k, mods);
-}
-
-QStringList answering(const QList<QMessageBox::StandardButton>& answers,
-                      const std::function<void()>& action, QList<Modals::Seen>* seen = nullptr) {
-    Modals m(answers);
-    action();
-    (void)QTest::qWaitFor([&m] { return m.done(); });
-    if (seen)
-        *seen = m.seen();
-    return m.texts();
 }
 
 // Ctrl+S answered Yes; a refusal that follows is answered OK.

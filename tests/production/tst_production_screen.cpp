@@ -3,6 +3,7 @@
 #include "production/FrmProduction.h"
 #include "production/ProductionStore.h"
 #include "ProductionFixture.h"
+#include "ScreenKeys.h"
 #include "support/Modals.h"
 #include "support/TestDb.h"
 #include "widgets/LookupCombo.h"
@@ -23,19 +24,12 @@ namespace {
 
 const QDate kDay(2024, 3, 15);
 
-template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
-    auto* w = screen->findChild<W*>(name);
-    if (!w)
-        qFatal("no control %s", qPrintable(name));
-    return w;
-}
-
 LineGrid* grid(QWidget* screen, const char* name) {
-    return control<LineGrid>(screen, QString::fromLatin1(name));
+    return control<LineGrid>(screen, name);
 }
 
 QString textOf(QWidget* screen, const char* name) {
-    QWidget* w = control(screen, QString::fromLatin1(name));
+    QWidget* w = control(screen, name);
     if (auto* c = qobject_cast<QComboBox*>(w))
         return c->currentText();
     if (auto* l = qobject_cast<QLabel*>(w))
@@ -47,91 +41,12 @@ bool enabled(FrmProduction* s, Button b) {
     return s->button(b)->isEnabled();
 }
 
-// The control that holds the keyboard, or one of its parts.
-bool holds(QWidget* screen, QWidget* w) {
-    QWidget* f = screen->focusWidget();
-    return f && (f == w || w->isAncestorOf(f));
-}
-
-void focusOn(QWidget* screen, QWidget* w) {
-    QApplication::setActiveWindow(screen);
-    w->setFocus(Qt::MouseFocusReason);
-}
-
-// Replaces what a field holds by typing and leaves it with Enter, which moves on like Tab.
-void typeInto(QWidget* screen, const char* name, const QString& keys) {
-    QWidget* w = control(screen, QString::fromLatin1(name));
-    focusOn(screen, w);
-    auto* lookup = qobject_cast<LookupCombo*>(w);
-    if (lookup)
-        lookup->lineEdit()->selectAll();
-    else
-        qobject_cast<QLineEdit*>(w)->selectAll();
-    QTest::keyClick(w, Qt::Key_Backspace);
-    QTest::keyClicks(w, keys);
-    if (lookup && lookup->completer() && lookup->completer()->popup())
-        lookup->completer()->popup()->hide();
-    QTest::keyClick(w, Qt::Key_Return);
-}
-
 void typeDate(QWidget* screen, const QDate& date) {
-    auto* edit = control<QDateEdit>(screen, QStringLiteral("DtpProductionDate"));
+    auto* edit = control<QDateEdit>(screen, "DtpProductionDate");
     focusOn(screen, edit);
     edit->setSelectedSection(QDateTimeEdit::DaySection);
     QTest::keyClicks(edit, date.toString(QStringLiteral("ddMMyyyy")));
     QTest::keyClick(edit, Qt::Key_Return);
-}
-
-// A cell typed as the clerk does: F2 opens the editor, Enter commits and moves on.
-void typeCell(LineGrid* g, int row, int column, const QString& keys) {
-    QApplication::setActiveWindow(g->window());
-    g->setFocus(Qt::MouseFocusReason);
-    g->setCurrentIndex(g->lines()->index(row, column));
-    QTest::keyClick(g, Qt::Key_F2);
-    QWidget* editor = QApplication::focusWidget();
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->selectAll();
-    else if (auto* combo = qobject_cast<QComboBox*>(editor))
-        combo->lineEdit()->selectAll();
-    QTest::keyClicks(editor, keys);
-    QTest::keyClick(editor, Qt::Key_Return);
-}
-
-// Cells of one line from column 0 on; a null text leaves its cell alone.
-void typeLine(LineGrid* g, int row, const QStringList& cells) {
-    for (int column = 0; column < cells.size(); ++column)
-        if (!cells[column].isNull())
-            typeCell(g, row, column, cells[column]);
-}
-
-// Leaves a refused cell as the clerk does, with Escape in its editor, which the refusal kept
-// open.
-void escapeCell(LineGrid* g) {
-    QApplication::setActiveWindow(g->window());
-    for (QWidget* w : g->findChildren<QWidget*>())
-        if (w->property("gmColumn").isValid() && w->isVisible()) {
-            QTest::keyClick(w, Qt::Key_Escape);
-            return;
-        }
-    QTest::keyClick(g, Qt::Key_Escape);
-}
-
-void key(QWidget* screen, Qt::Key k, Qt::KeyboardModifiers mods = Qt::NoModifier) {
-    QApplication::setActiveWindow(screen);
-    QWidget* target = QApplication::focusWidget();
-    if (!target || target->window() != screen)
-        target = screen;
-    QTest::keyClick(target, k, mods);
-}
-
-QStringList answering(const QList<QMessageBox::StandardButton>& answers,
-                      const std::function<void()>& action, QList<Modals::Seen>* seen = nullptr) {
-    Modals m(answers);
-    action();
-    (void)QTest::qWaitFor([&m] { return m.done(); });
-    if (seen)
-        *seen = m.seen();
-    return m.texts();
 }
 
 // Date and process, left with Enter: the day comes up if it was saved.
