@@ -67,7 +67,10 @@ FrmProduction::FrmProduction(const Context& ctx, QWidget* parent)
     m_dtpProductionDate->setFocus(Qt::OtherFocusReason);
 }
 
-FrmProduction::~FrmProduction() = default;
+FrmProduction::~FrmProduction() {
+    // The controls go before the window does; their focus leaving is no clerk's doing.
+    disconnect(m_focusWatch);
+}
 
 void FrmProduction::buildUi() {
     auto* outer = new QVBoxLayout(this);
@@ -198,11 +201,12 @@ void FrmProduction::wireHandlers() {
 
     // The process is looked at when the clerk leaves it for another control of this screen;
     // its list or another window taking the focus for a while is no leaving.
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-        if (within(m_cboProcesses, old) && now && now->window() == this &&
-            !within(m_cboProcesses, now))
-            guard([this] { processLeft(); });
-    });
+    m_focusWatch =
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+            if (within(m_cboProcesses, old) && now && now->window() == this &&
+                !within(m_cboProcesses, now))
+                guard([this] { processLeft(); });
+        });
     // A process picked from its list goes on to the consumption, as leaving it would.
     connect(m_cboProcesses, &QComboBox::activated, this, [this] {
         QTimer::singleShot(0, this, [this] {

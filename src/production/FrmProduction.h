@@ -92,6 +92,7 @@ private:
     LookupList m_bagTypes;
     LookupList m_bagClasses;
     QDate m_openedDate; // the date of the day on the screen, as it was brought up
+    QMetaObject::Connection m_focusWatch;
 };
 
 } // namespace gm
