@@ -5,6 +5,8 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 #include "Generator.h"
+#include "production/HourlyStore.h"
+#include "production/ProductionStore.h"
 #include "search/Search.h"
 #include "services/Host.h"
 #include "services/Lookups.h"
@@ -86,6 +88,16 @@ Subjects pickSubjects(const Conn& conn) {
         conn, QStringLiteral("SELECT MAX(PaymentId) FROM DFCPayments WHERE PaymentDate <= ?"),
         {monthAgo})));
     s.productionDay = monthAgo;
+    const QDate lastDay =
+        toDate(scalar(conn, QStringLiteral("SELECT MAX(ProductionDate) FROM DailyProduction")));
+    s.freeProductionDay = (lastDay.isValid() ? lastDay : s.today).addDays(1);
+    Query bags(conn, QStringLiteral("SELECT BagsTypeId, BagsClassId FROM BagsCurrentStock "
+                                    "ORDER BY NoOfBags DESC, BagsTypeId, BagsClassId LIMIT 1"));
+    bags.exec();
+    if (bags.next()) {
+        s.bagsType = toInt(bags.value(0));
+        s.bagsClass = toInt(bags.value(1));
+    }
     s.serialToOpen = int(toInt(scalar(
         conn, QStringLiteral("SELECT MAX(SerialNo) FROM HourlyProduction WHERE ProcessTime < ?"),
         {QDateTime(monthAgo, QTime(0, 0))})));
@@ -477,33 +489,22 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                            {s.paymentToOpen});
         },
         {}, QStringLiteral("statements a DFC screen needs (no DFC store yet)"));
-    add(
-        QStringLiteral("open: production day"),
-        [c, s] {
-            int n = readAll(*c,
-                            QStringLiteral("SELECT * FROM DailyProduction WHERE ProductionDate = ? "
-                                           "AND ProcessId = ?"),
-                            {s.productionDay, 1});
-            for (const char* t : {"Consumption", "Production"})
-                n += readAll(*c,
-                             QStringLiteral("SELECT x.*, FunGetCommodity(x.CommodityId) FROM %1 x "
-                                            "WHERE x.ProductionDate = ? AND x.ProcessId = ?")
-                                 .arg(QLatin1String(t)),
-                             {s.productionDay, 1});
-            return n;
-        },
-        {}, QStringLiteral("statements a production screen needs (no production store yet)"));
-    add(
-        QStringLiteral("open: hourly production"),
-        [c, s] {
-            return readAll(*c, QStringLiteral("SELECT * FROM HourlyProduction WHERE SerialNo = ?"),
-                           {s.serialToOpen}) +
-                   readAll(*c,
-                           QStringLiteral("SELECT h.*, FunGetCommodity(h.CommodityId) FROM "
-                                          "HProductionBody h WHERE h.SerialNo = ?"),
-                           {s.serialToOpen});
-        },
-        {}, QStringLiteral("statements an hourly screen needs (no hourly store yet)"));
+    add(QStringLiteral("open: production day"), [c, s] {
+        const auto day = ProductionStore(*c).load(s.productionDay, 1);
+        return day ? int(1 + day->consumption.size() + day->production.size()) : 0;
+    });
+    // What leaving a consumed commodity's cell asks: its stock row, its cost, its stock shown.
+    add(QStringLiteral("production: current stock"), [c] {
+        ProductionStore store(*c);
+        (void)store.hasStock(1);
+        (void)store.currentCost(1);
+        (void)store.defaultBag(1);
+        return store.currentStock(1) ? 1 : 0;
+    });
+    add(QStringLiteral("open: hourly production"), [c, s] {
+        const auto entry = HourlyStore(*c).load(s.serialToOpen);
+        return entry ? int(1 + entry->lines.size()) : 0;
+    });
 
     // --- Saving and removing --------------------------------------------------------------
     // A new contract on a fresh number, removed again, so the database is left as it was.
@@ -576,6 +577,49 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
     removeArrival->before = [c, arrival] {
         arrival->arrivalId = ArrivalStore(*c).nextArrivalId();
         ArrivalStore(*c).save(*arrival, true);
+    };
+
+    // A day of the first process: its four inputs and its six outputs, the products in the bag
+    // kind the stock holds most of, so that the bag test passes.
+    auto day = std::make_shared<ProductionDay>();
+    day->processId = 1;
+    day->productionExpense = 40000;
+    day->otherExpense = 7500;
+    for (int i = 0; i < 4; ++i) {
+        ProductionLine l;
+        l.commodityId = i + 1;
+        l.bagsTypeId = 1;
+        l.bagsClassId = 2;
+        l.noOfBags = 150;
+        l.bagWeight = 100;
+        l.weight = 15000.0;
+        l.cost = 85.0;
+        day->consumption.push_back(l);
+    }
+    for (int out : {13, 14, 16, 17, 18, 19}) {
+        ProductionLine l;
+        l.commodityId = out;
+        l.bagsTypeId = s.bagsType;
+        l.bagsClassId = s.bagsClass;
+        l.noOfBags = 5;
+        l.bagWeight = 50;
+        l.weight = 250.0;
+        day->production.push_back(l);
+    }
+    day->ratio = ratioOf(*day);
+    Action* saveDay = add(QStringLiteral("save: production day (4 + 6 lines)"), [c, day] {
+        ProductionStore(*c).save(*day);
+        return int(day->consumption.size() + day->production.size());
+    });
+    saveDay->before = [day, s] { day->productionDate = s.freeProductionDay; };
+    saveDay->after = [c, day] { ProductionStore(*c).remove(day->productionDate, day->processId); };
+    Action* removeDay = add(QStringLiteral("remove: production day (4 + 6 lines)"), [c, day] {
+        ProductionStore(*c).remove(day->productionDate, day->processId);
+        return 1;
+    });
+    removeDay->before = [c, day, s] {
+        day->productionDate = s.freeProductionDay;
+        ProductionStore(*c).save(*day);
     };
 
     // --- The search screens, driven through their own controls ------------------------------

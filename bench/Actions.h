@@ -41,6 +41,9 @@ struct Subjects {
     int purchaseToOpen = 0;
     int paymentToOpen = 0;
     QDate productionDay;
+    QDate freeProductionDay; // the day after the last production day: a day still to save
+    qint64 bagsType = 0;     // the bag kind with most bags in stock, for products to save
+    qint64 bagsClass = 0;
     int serialToOpen = 0;
     QString hourlyLateName;  // the hourly commodity whose first record comes last
     QString hourlyNoName;    // a commodity no hourly record has

@@ -10,6 +10,8 @@
 #include "arrivals/FrmArrivalsRate.h"
 #include "contracts/FrmPurchaseContract.h"
 #include "invoices/FrmPurchaseInvoice.h"
+#include "production/FrmHourlyProduction.h"
+#include "production/FrmProduction.h"
 
 namespace gm {
 
@@ -31,6 +33,10 @@ ScreenMaker createScreen(Forms::Screen screen) {
         return &make<FrmPurchaseContract>;
     case Forms::Screen::PurchaseInvoice:
         return &make<FrmPurchaseInvoice>;
+    case Forms::Screen::Production:
+        return &make<FrmProduction>;
+    case Forms::Screen::HourlyProduction:
+        return &make<FrmHourlyProduction>;
     default:
         return nullptr;
     }

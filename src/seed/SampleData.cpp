@@ -3,6 +3,7 @@
 #include "seed/SampleArrivals.h"
 #include "seed/SampleContracts.h"
 #include "seed/SampleInvoices.h"
+#include "seed/SampleProduction.h"
 
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
@@ -212,6 +213,8 @@ void loadSampleMill(const Conn& conn) {
     loadSampleContracts(conn);
     loadSampleArrivals(conn);
     loadSampleInvoices(conn);
+    loadSampleProduction(conn);
+    loadSampleHourlyProduction(conn);
     // ---- End of sample documents ------------------------------------------------------------
 
     tx.commit();
