@@ -32,11 +32,6 @@ void typeParty(QWidget* screen, const QString& combo, const char* key) {
     qFatal("no party %s", key);
 }
 
-QStringList answeredTexts(const QList<QMessageBox::StandardButton>& answers,
-                          const std::function<void()>& action) {
-    return textsOf(answering(answers, action));
-}
-
 double wheatCost(const Conn& c) {
     return toDouble(
         scalar(c, "SELECT Cost FROM CurrentStock WHERE CommodityId = ?", {kWheatLocal}));

@@ -27,7 +27,7 @@ QStringList saveByKeys(QWidget* s, bool refused = false, QList<Modals::Seen>* se
     QList<QMessageBox::StandardButton> answers = {QMessageBox::Yes};
     if (refused)
         answers << QMessageBox::Ok;
-    return answering(
+    return answeredTexts(
         answers, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }, seen);
 }
 
@@ -100,7 +100,7 @@ void TestHourlyScreen::recordTypedSavedReopenedResaved() {
     QVERIFY(s->button(Button::Save)->isEnabled());
     QVERIFY(!s->button(Button::Clear)->isEnabled());
     // Ctrl+O does nothing here.
-    QCOMPARE(answering({}, [s] { key(s, Qt::Key_O, Qt::ControlModifier); }), QStringList());
+    QCOMPARE(answeredTexts({}, [s] { key(s, Qt::Key_O, Qt::ControlModifier); }), QStringList());
 
     // The cursor rests on the last line's bag weight: its weight is kept all the same.
     QCOMPARE(saveByKeys(s), QStringList({"Are you sure to save this invoice?"}));
@@ -131,8 +131,9 @@ void TestHourlyScreen::recordTypedSavedReopenedResaved() {
     QVERIFY(s->button(Button::Remove)->isEnabled());
     QVERIFY(!s->button(Button::Save)->isEnabled());
     // Remove stays inert: nothing asked, nothing removed.
-    QCOMPARE(answering({}, [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
-             QStringList());
+    QCOMPARE(
+        answeredTexts({}, [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
+        QStringList());
     QCOMPARE(bodyRows(*m_conn, serial), 2);
 
     // Changed and saved again: its lines are replaced.
@@ -165,7 +166,7 @@ void TestHourlyScreen::refusals() {
     };
     for (const auto& [column, text, words] : typed) {
         QList<Modals::Seen> seen;
-        QCOMPARE(answering(
+        QCOMPARE(answeredTexts(
                      {QMessageBox::Ok}, [&] { typeCell(g, 0, column, text); }, &seen),
                  QStringList({words}));
         QCOMPARE(seen[0].title, QStringLiteral("Alert"));
@@ -197,7 +198,7 @@ void TestHourlyScreen::refusals() {
 
     // Clear is off while a change is in hand, yet Ctrl+L clears after asking.
     QVERIFY(!s->button(Button::Clear)->isEnabled());
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_L, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_L, Qt::ControlModifier); }),
              QStringList({"Are you sure to clear the entries?"}));
     QCOMPARE(g->lines()->lineCount(), 0);
     QVERIFY(s->button(Button::Clear)->isEnabled());

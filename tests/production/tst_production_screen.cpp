@@ -162,7 +162,7 @@ void TestProductionScreen::dayTypedSavedBroughtUpRemoved() {
     typeInto(s, "TxtRemarks", QStringLiteral("Night shift"));
     typeInto(s, "TxtFactoryRunningTime", QStringLiteral("22"));
 
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
              QStringList({"Are you sure to save this invoice?"}));
     QCOMPARE(rowsOfDay(*m_conn, "Production", kDay, kMilling), 2);
     const double a = Currency::fromDouble(cost).toDouble();
@@ -205,8 +205,8 @@ void TestProductionScreen::dayTypedSavedBroughtUpRemoved() {
     QVERIFY(enabled(s, Button::Remove));
 
     // Removed: the stock is back and the screen is new.
-    QCOMPARE(answering({QMessageBox::Yes},
-                       [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes},
+                           [s] { QTest::mouseClick(s->button(Button::Remove), Qt::LeftButton); }),
              QStringList({"Are you sure to remove this this production?"}));
     QCOMPARE(rowsOfDay(*m_conn, "DailyProduction", kDay, kMilling), 0);
     QCOMPARE(stockWeightOf(*m_conn, kWheatLocal), wheat);
@@ -220,7 +220,7 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
     FrmProduction* s = showScreen();
     QVERIFY(s);
     // Leaving an empty process looks nothing up and says nothing.
-    QCOMPARE(answering({}, [s] { typeInto(s, "CboProcesses", QString()); }), QStringList());
+    QCOMPARE(answeredTexts({}, [s] { typeInto(s, "CboProcesses", QString()); }), QStringList());
     typeKey(s, kDay, QStringLiteral("Milling"));
     LineGrid* cons = grid(s, "GrdConsumption");
     const QList<std::pair<QString, QString>> typed = {
@@ -230,7 +230,7 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
     };
     for (const auto& [name, words] : typed) {
         QList<Modals::Seen> seen;
-        QCOMPARE(answering(
+        QCOMPARE(answeredTexts(
                      {QMessageBox::Ok}, [&] { typeCell(cons, 0, PrdCommodity, name); }, &seen),
                  QStringList({words}));
         QCOMPARE(seen[0].title, QStringLiteral("Alert"));
@@ -239,8 +239,8 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
     }
     QCOMPARE(cons->lines()->lineCount(), 0);
     typeCell(cons, 0, PrdCommodity, QStringLiteral("Wheat Local"));
-    QCOMPARE(answering({QMessageBox::Ok},
-                       [&] { typeCell(cons, 0, PrdBagType, QStringLiteral("Sack")); }),
+    QCOMPARE(answeredTexts({QMessageBox::Ok},
+                           [&] { typeCell(cons, 0, PrdBagType, QStringLiteral("Sack")); }),
              QStringList({"Please provide a valid bag type."}));
     escapeCell(cons);
     QCOMPARE(cons->cellText(0, PrdBagType), QStringLiteral("Jute 100 Kg"));
@@ -248,7 +248,7 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
 
     // Nothing produced.
     QList<Modals::Seen> seen;
-    QCOMPARE(answering(
+    QCOMPARE(answeredTexts(
                  {QMessageBox::Yes, QMessageBox::Ok},
                  [s] { key(s, Qt::Key_S, Qt::ControlModifier); }, &seen),
              QStringList({"Are you sure to save this invoice?", kLinesMissing}));
@@ -259,8 +259,8 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
     typeLine(prod, 0, {"Suji", "PP 50 Kg", "New", "40", "50"});
     QCOMPARE(prod->cellText(0, PrdCommodity), QStringLiteral("Suji"));
     QCOMPARE(
-        answering({QMessageBox::Yes, QMessageBox::Ok},
-                  [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+        answeredTexts({QMessageBox::Yes, QMessageBox::Ok},
+                      [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
         QStringList({"Are you sure to save this invoice?", "Please provide a valid commodity."}));
     QTRY_VERIFY(holds(s, prod));
     QCOMPARE(prod->currentIndex().row(), 0);
@@ -275,7 +275,7 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
                            "WHERE BagsTypeId = ? AND BagsClassId = ?)"),
             {kPP50, kNew, kPP50, kNew});
     typeCell(prod, 0, PrdNoOfBags, QStringLiteral("40"));
-    QCOMPARE(answering(
+    QCOMPARE(answeredTexts(
                  {QMessageBox::Yes, QMessageBox::Ok},
                  [s] { key(s, Qt::Key_S, Qt::ControlModifier); }, &seen),
              QStringList({"Are you sure to save this invoice?",
@@ -291,7 +291,7 @@ void TestProductionScreen::refusalsWhileTypingAndAtSave() {
     QTest::keyClick(control(s, "ChkAddBardana"), Qt::Key_Space);
     QVERIFY(control<QCheckBox>(s, "ChkAddBardana")->isChecked());
     typeCell(prod, 0, PrdNoOfBags, QStringLiteral("40"));
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
              QStringList({"Are you sure to save this invoice?"}));
     QCOMPARE(rowsOfDay(*m_conn, "Production", kDay, kMilling), 1);
 }
@@ -301,7 +301,7 @@ void TestProductionScreen::aSavedDayIsNotSavedAgain() {
     FrmProduction* s = showScreen();
     QVERIFY(s);
     typeSampleDay(s, "60", "19");
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
              QStringList({"Are you sure to save this invoice?"}));
     typeKey(s, kDay, QStringLiteral("Milling"));
     QVERIFY(enabled(s, Button::Remove));
@@ -310,7 +310,7 @@ void TestProductionScreen::aSavedDayIsNotSavedAgain() {
     QVERIFY(enabled(s, Button::Save));
     QVERIFY(!enabled(s, Button::Remove));
     QList<Modals::Seen> seen;
-    QCOMPARE(answering(
+    QCOMPARE(answeredTexts(
                  {QMessageBox::Yes, QMessageBox::Ok},
                  [s] { key(s, Qt::Key_S, Qt::ControlModifier); }, &seen),
              QStringList({"Are you sure to save this invoice?", kOnceADay}));
@@ -322,7 +322,7 @@ void TestProductionScreen::aSavedDayIsNotSavedAgain() {
              QString());
 
     // Clear asks while a change is in hand.
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_L, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_L, Qt::ControlModifier); }),
              QStringList({"Are you sure to clear the entries?"}));
     QCOMPARE(grid(s, "GrdProduction")->lines()->lineCount(), 0);
     QCOMPARE(fieldColour(control(s, "CboProcesses")), kEditableColour);
@@ -392,7 +392,7 @@ void TestProductionScreen::aDayTypedByKeysAlone() {
     QCOMPARE(prod->cellText(1, PrdWeight), QStringLiteral("1900"));
     QCOMPARE(textOf(s, "TxtRatio"), QStringLiteral("-2"));
     QCOMPARE(textOf(s, "TxtOtherExpense"), QStringLiteral("5000"));
-    QCOMPARE(answering({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
+    QCOMPARE(answeredTexts({QMessageBox::Yes}, [s] { key(s, Qt::Key_S, Qt::ControlModifier); }),
              QStringList({"Are you sure to save this invoice?"}));
     QCOMPARE(rowsOfDay(*m_conn, "Production", kDay, kMilling), 2);
     QCOMPARE(toDouble(scalar(*m_conn,

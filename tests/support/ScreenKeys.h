@@ -2,9 +2,11 @@
 
 #include "entry/LineGrid.h"
 #include "support/Modals.h"
+#include "widgets/LookupCombo.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
 #include <QLineEdit>
 #include <QtTest>
 
@@ -29,16 +31,31 @@ inline QString textOf(QWidget* screen, const QString& name) {
     return qobject_cast<QLineEdit*>(w)->text();
 }
 
+// The control that holds the keyboard, or one of its parts.
+inline bool holds(QWidget* screen, QWidget* w) {
+    QWidget* f = screen->focusWidget();
+    return f && (f == w || w->isAncestorOf(f));
+}
+
+// The window takes the keyboard back after a message box, as it does for a clerk.
+inline void focusOn(QWidget* screen, QWidget* w) {
+    QApplication::setActiveWindow(screen);
+    w->setFocus(Qt::MouseFocusReason);
+}
+
 // Into a field as a click would, replace its text by typing, leave with Enter (a Tab here).
 inline void typeInto(QWidget* screen, const QString& name, const QString& keys) {
     QWidget* w = control(screen, name);
-    w->setFocus(Qt::MouseFocusReason);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        c->lineEdit()->selectAll();
+    focusOn(screen, w);
+    auto* combo = qobject_cast<QComboBox*>(w);
+    if (combo)
+        combo->lineEdit()->selectAll();
     else
         qobject_cast<QLineEdit*>(w)->selectAll();
     QTest::keyClick(w, Qt::Key_Backspace);
     QTest::keyClicks(w, keys);
+    if (combo && combo->completer() && combo->completer()->popup())
+        combo->completer()->popup()->hide();
     QTest::keyClick(w, Qt::Key_Return);
 }
 
@@ -58,13 +75,29 @@ inline void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
     QTest::keyClick(editor, Qt::Key_Return);
 }
 
-// A Ctrl command on whatever holds the focus in the screen.
-inline void ctrl(QWidget* screen, Qt::Key key) {
+// Leaves a refused cell with Escape in its editor, which the refusal kept open.
+inline void escapeCell(LineGrid* g) {
+    QApplication::setActiveWindow(g->window());
+    for (QWidget* w : g->findChildren<QWidget*>())
+        if (w->property("gmColumn").isValid() && w->isVisible()) {
+            QTest::keyClick(w, Qt::Key_Escape);
+            return;
+        }
+    QTest::keyClick(g, Qt::Key_Escape);
+}
+
+// A key to whatever holds the keyboard on the screen.
+inline void key(QWidget* screen, Qt::Key k, Qt::KeyboardModifiers mods = Qt::NoModifier) {
     QApplication::setActiveWindow(screen);
     QWidget* target = QApplication::focusWidget();
     if (!target || target->window() != screen)
         target = screen;
-    QTest::keyClick(target, key, Qt::ControlModifier);
+    QTest::keyClick(target, k, mods);
+}
+
+// A Ctrl command on whatever holds the focus in the screen.
+inline void ctrl(QWidget* screen, Qt::Key k) {
+    key(screen, k, Qt::ControlModifier);
 }
 
 // Runs the action, answering the boxes it opens in turn; what they showed.
@@ -81,6 +114,16 @@ inline QStringList textsOf(const QList<Modals::Seen>& seen) {
     for (const Modals::Seen& s : seen)
         out << s.text;
     return out;
+}
+
+// The same, giving the words the boxes showed (and, when asked, all they showed).
+inline QStringList answeredTexts(const QList<QMessageBox::StandardButton>& answers,
+                                 const std::function<void()>& action,
+                                 QList<Modals::Seen>* seen = nullptr) {
+    const QList<Modals::Seen> all = answering(answers, action);
+    if (seen)
+        *seen = all;
+    return textsOf(all);
 }
 
 } // namespace gm::test
