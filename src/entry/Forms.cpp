@@ -9,6 +9,7 @@
 // Screens: each document screen adds its include here and its case in createScreen below.
 #include "arrivals/FrmArrivalsRate.h"
 #include "contracts/FrmPurchaseContract.h"
+#include "dfc/FrmPurchaseFromDFC.h"
 
 namespace gm {
 
@@ -28,6 +29,8 @@ ScreenMaker createScreen(Forms::Screen screen) {
         return &make<FrmArrivalsRate>;
     case Forms::Screen::PurchaseContract:
         return &make<FrmPurchaseContract>;
+    case Forms::Screen::PurchaseFromDFC:
+        return &make<FrmPurchaseFromDFC>;
     default:
         return nullptr;
     }
