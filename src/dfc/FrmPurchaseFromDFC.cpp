@@ -143,10 +143,7 @@ FrmPurchaseFromDFC::FrmPurchaseFromDFC(const Context& ctx, QWidget* parent)
     : DocumentScreen(ctx, dfcTraits(), parent), m_store(ctx.db()) {
     buildUi();
     wireHandlers();
-    guard([this] {
-        LoadDFCLookups();
-        SetScreenMode(1);
-    });
+    guard([this] { SetScreenMode(1); });
 }
 
 FrmPurchaseFromDFC::~FrmPurchaseFromDFC() = default;
@@ -324,6 +321,8 @@ qint64 FrmPurchaseFromDFC::nextDocumentId() {
 
 void FrmPurchaseFromDFC::modeEntered(int mode) {
     if (mode == 1) {
+        // Every new payment starts from the lists as they stand now.
+        LoadDFCLookups();
         Quiet quiet(m_quiet);
         NextDocumentId();
         m_dtpPaymentDate->setDate(QDate::currentDate());
