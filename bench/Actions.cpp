@@ -525,15 +525,18 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         },
         [c, s] {
             // A count per permit, then the number's own count.
+            QVariantList permits;
             Query q(*c,
                     QStringLiteral("SELECT PermitNo FROM AuthorityLetters WHERE PaymentId = ?"));
             q.bind(s.paymentToOpen).exec();
-            int n = 0;
             while (q.next())
+                permits << q.value(0);
+            int n = 0;
+            for (const QVariant& permit : permits)
                 n += readAll(*c,
                              QStringLiteral("Select Count(*) From AuthorityLetters Where "
                                             "PermitNo = ?"),
-                             {q.value(0)});
+                             {permit});
             return n + readAll(*c,
                                QStringLiteral("Select Count(*) From DFCPayments Where "
                                               "PaymentId = ?"),
