@@ -473,7 +473,7 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                            {s.purchaseToOpen});
         },
         {}, QStringLiteral("statements an invoice screen needs (no invoice store yet)"));
-    // The Part's one query for the load and the print: everything joined, inner joins on the
+    // The old screen's one query for the load and the print: everything joined, inner joins on the
     // lists, a row per letter.
     const QString oldPayment = QStringLiteral(
         "SELECT DFCPayments.PaymentId, DFCPayments.PaymentDate, DFCPayments.CommodityId, "
