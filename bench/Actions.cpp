@@ -4,9 +4,13 @@
 #include "contracts/ContractStore.h"
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "dfc/DFCReport.h"
+#include "dfc/DFCStore.h"
+#include "dfc/DFCValidation.h"
 #include "Generator.h"
 #include "production/HourlyStore.h"
 #include "production/ProductionStore.h"
+#include "reports/Report.h"
 #include "search/Search.h"
 #include "services/Host.h"
 #include "services/Lookups.h"
@@ -17,6 +21,7 @@
 #include <QSignalBlocker>
 #include <QSqlRecord>
 #include <QTableView>
+#include <QTemporaryFile>
 
 namespace gm::bench {
 
@@ -84,9 +89,17 @@ Subjects pickSubjects(const Conn& conn) {
     s.purchaseToOpen = int(toInt(scalar(
         conn, QStringLiteral("SELECT MAX(PurchaseId) FROM Purchases WHERE PurchaseDate <= ?"),
         {monthAgo})));
+    // A payment of eight letters, the most a payment has, or any when none has eight.
     s.paymentToOpen = int(toInt(scalar(
-        conn, QStringLiteral("SELECT MAX(PaymentId) FROM DFCPayments WHERE PaymentDate <= ?"),
+        conn,
+        QStringLiteral("SELECT MAX(d.PaymentId) FROM DFCPayments d WHERE d.PaymentDate <= ? AND "
+                       "(SELECT COUNT(*) FROM AuthorityLetters l WHERE l.PaymentId = "
+                       "d.PaymentId) = 8"),
         {monthAgo})));
+    if (s.paymentToOpen == 0)
+        s.paymentToOpen = int(toInt(scalar(
+            conn, QStringLiteral("SELECT MAX(PaymentId) FROM DFCPayments WHERE PaymentDate <= ?"),
+            {monthAgo})));
     s.productionDay = monthAgo;
     const QDate lastDay =
         toDate(scalar(conn, QStringLiteral("SELECT MAX(ProductionDate) FROM DailyProduction")));
@@ -472,23 +485,87 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
                            {s.purchaseToOpen});
         },
         {}, QStringLiteral("statements an invoice screen needs (no invoice store yet)"));
+    // The old screen's one query for the load and the print: everything joined, inner joins on the
+    // lists, a row per letter.
+    const QString oldPayment = QStringLiteral(
+        "SELECT DFCPayments.PaymentId, DFCPayments.PaymentDate, DFCPayments.CommodityId, "
+        "Commodities.CommodityName, DFCPayments.BankAccountNo, ChartOfAccounts.AccountName, "
+        "DFCPayments.ChallanNo, DFCPayments.NoOfBags, DFCPayments.BagWeight, "
+        "DFCPayments.TotalWeight, DFCPayments.RateUnitId, DFCPayments.RatePerUnit, "
+        "DFCPayments.TTLValueWheet, DFCPayments.BagsTypeId, DFCPayments.BagsClassId, "
+        "DFCPayments.BagsQty, DFCPayments.PricePerBag, DFCPayments.TTLValueBags, "
+        "AuthorityLetters.PermitNo, AuthorityLetters.Date, AuthorityLetters.CenterId, "
+        "AuthorityLetters.NoOfBags AS GrdNoOfBags, AuthorityLetters.BagWeight AS GrdBagWeight, "
+        "AuthorityLetters.TotalWeight AS GrdTotalWeight, AuthorityLetters.IsWithBags, "
+        "PRCenters.CenterName, Units.UnitName, Units.WeightInKgs, BagsTypes.BagsType, "
+        "BagsClasses.BagsClass FROM DFCPayments INNER JOIN Commodities ON "
+        "DFCPayments.CommodityId = Commodities.CommodityId LEFT OUTER JOIN ChartOfAccounts ON "
+        "DFCPayments.BankAccountNo = ChartOfAccounts.AccountNo INNER JOIN AuthorityLetters ON "
+        "DFCPayments.PaymentId = AuthorityLetters.PaymentId INNER JOIN PRCenters ON "
+        "AuthorityLetters.CenterId = PRCenters.CenterId INNER JOIN Units ON "
+        "DFCPayments.RateUnitId = Units.UnitId INNER JOIN BagsClasses ON DFCPayments.BagsClassId "
+        "= BagsClasses.BagsClassId INNER JOIN BagsTypes ON DFCPayments.BagsTypeId = "
+        "BagsTypes.BagsTypeId WHERE DFCPayments.PaymentId = ?");
     add(
-        QStringLiteral("open: DFC payment"),
+        QStringLiteral("open: DFC payment (8 letters)"),
         [c, s] {
-            return readAll(*c,
-                           QStringLiteral("SELECT d.*, co.CommodityName, ca.AccountName FROM "
-                                          "DFCPayments d INNER JOIN Commodities co ON "
-                                          "co.CommodityId = d.CommodityId LEFT JOIN "
-                                          "ChartOfAccounts ca ON ca.AccountNo = d.BankAccountNo "
-                                          "WHERE d.PaymentId = ?"),
-                           {s.paymentToOpen}) +
-                   readAll(*c,
-                           QStringLiteral("SELECT al.*, pr.CenterName FROM AuthorityLetters al "
-                                          "LEFT JOIN PRCenters pr ON pr.CenterId = al.CenterId "
-                                          "WHERE al.PaymentId = ? ORDER BY al.PermitNo"),
-                           {s.paymentToOpen});
+            const auto p = DFCStore(*c).load(s.paymentToOpen);
+            return p ? int(p->letters.size()) : 0;
         },
-        {}, QStringLiteral("statements a DFC screen needs (no DFC store yet)"));
+        [c, s, oldPayment] {
+            return readAll(*c, oldPayment, {s.paymentToOpen}) +
+                   readAll(*c, QStringLiteral("Select * From AuthorityLetters where PaymentId = ?"),
+                           {s.paymentToOpen});
+        });
+    add(
+        QStringLiteral("check: DFC permits (8 letters)"),
+        [c, s] {
+            DFCStore store(*c);
+            const auto p = store.load(s.paymentToOpen);
+            if (!p)
+                return 0;
+            DFCSaveInput in;
+            in.challanNo = p->challanNo;
+            in.totalWeight = p->totalWeight;
+            in.value = p->value;
+            in.grossValue = p->grossValue();
+            in.commodityKey = QString::number(p->commodityId);
+            in.paymentIdText = QString::number(p->paymentId);
+            in.isOpened = true;
+            in.lines = p->letters;
+            return ValidateDFCPayment(in, store, store) ? 0 : int(in.lines.size());
+        },
+        [c, s] {
+            // A count per permit, then the number's own count.
+            QVariantList permits;
+            Query q(*c,
+                    QStringLiteral("SELECT PermitNo FROM AuthorityLetters WHERE PaymentId = ?"));
+            q.bind(s.paymentToOpen).exec();
+            while (q.next())
+                permits << q.value(0);
+            int n = 0;
+            for (const QVariant& permit : permits)
+                n += readAll(*c,
+                             QStringLiteral("Select Count(*) From AuthorityLetters Where "
+                                            "PermitNo = ?"),
+                             {permit});
+            return n + readAll(*c,
+                               QStringLiteral("Select Count(*) From DFCPayments Where "
+                                              "PaymentId = ?"),
+                               {s.paymentToOpen});
+        });
+    add(
+        QStringLiteral("print: DFC payment (8 letters)"),
+        [c, s] {
+            const auto p = DFCStore(*c).load(s.paymentToOpen);
+            const Report r = CrpDFCPurchase(p ? &*p : nullptr, HostSettingsValues{});
+            QTemporaryFile file;
+            if (!file.open() || !writeReportPdf(r, file.fileName()))
+                return 0;
+            return int(r.tables.value(0).rows.size());
+        },
+        [c, s, oldPayment] { return readAll(*c, oldPayment, {s.paymentToOpen}); },
+        QStringLiteral("the payment read and its page laid out and painted to a PDF file"));
     add(QStringLiteral("open: production day"), [c, s] {
         const auto day = ProductionStore(*c).load(s.productionDay, 1);
         return day ? int(1 + day->consumption.size() + day->production.size()) : 0;
@@ -621,6 +698,68 @@ ActionSet::ActionSet(const Context& ctx, const Subjects& s, QWidget* owner)
         day->productionDate = s.freeProductionDay;
         ProductionStore(*c).save(*day);
     };
+
+    // A payment of eight letters on a fresh number with permits of its own, saved, opened and
+    // saved again, removed; the database is left as it was.
+    auto dfc = std::make_shared<DFCPayment>();
+    auto permitRun = std::make_shared<int>(0);
+    dfc->paymentDate = s.today;
+    dfc->commodityId = s.centreCommodity ? s.centreCommodity : 1;
+    dfc->challanNo = QStringLiteral("BENCH");
+    dfc->noOfBags = 800;
+    dfc->bagWeight = 100;
+    dfc->totalWeight = 80000;
+    dfc->rateUnitId = 2;
+    dfc->ratePerUnit = 3100;
+    dfc->value = 6200000;
+    dfc->bagsTypeId = 1;
+    dfc->bagsClassId = 3;
+    dfc->userNo = 1;
+    const auto freshLetters = [dfc, permitRun, s] {
+        dfc->letters.clear();
+        ++*permitRun;
+        for (int i = 0; i < 8; ++i) {
+            AuthorityLine l;
+            l.permitNo = QStringLiteral("BENCH-%1-%2").arg(*permitRun).arg(i + 1);
+            l.date = s.today;
+            l.centerId = s.centre ? s.centre : 1;
+            l.noOfBags = 100;
+            l.bagWeight = 100;
+            l.totalWeight = 10000;
+            dfc->letters.push_back(l);
+        }
+    };
+    const auto drawNew = [c, dfc, freshLetters] {
+        dfc->paymentId = DFCStore(*c).nextPaymentId();
+        freshLetters();
+    };
+    const auto saveNew = [c, dfc, drawNew] {
+        drawNew();
+        DFCStore(*c).save(*dfc, true);
+    };
+    const auto removeIt = [c, dfc] { DFCStore(*c).remove(dfc->paymentId); };
+    // (Each action's set-up is given before the next is added: adding moves the list.)
+    Action* saveDfc = add(QStringLiteral("save: new DFC payment (8 letters)"), [c, dfc] {
+        DFCStore(*c).save(*dfc, true);
+        return int(dfc->letters.size());
+    });
+    saveDfc->before = drawNew;
+    saveDfc->after = removeIt;
+    Action* resaveDfc =
+        add(QStringLiteral("save: opened DFC payment (8 letters, one changed)"), [c, dfc] {
+            DFCPayment opened = *DFCStore(*c).load(dfc->paymentId);
+            opened.letters[3].noOfBags = 120;
+            opened.letters[3].totalWeight = 12000;
+            DFCStore(*c).save(opened, false);
+            return int(opened.letters.size());
+        });
+    resaveDfc->before = saveNew;
+    resaveDfc->after = removeIt;
+    Action* removeDfc = add(QStringLiteral("remove: DFC payment (8 letters)"), [c, dfc] {
+        DFCStore(*c).remove(dfc->paymentId);
+        return 1;
+    });
+    removeDfc->before = saveNew;
 
     // --- The search screens, driven through their own controls ------------------------------
     m_screens->arrivals = std::make_unique<SchArrivals>(ctx, owner);

@@ -32,6 +32,9 @@ const std::vector<Migration>& schemaMigrations() {
          {QStringLiteral("CREATE INDEX IX_HProductionBody_CommoditySerial "
                          "ON HProductionBody (CommodityId, SerialNo)")}},
         {9, schema::sqliteCostLedgerStatements(), schema::postgresCostLedgerStatements()},
+        // A payment keeps the number of whoever saved it, and user numbers run past what a
+        // small integer holds. SQLite keeps any whole number in the column already.
+        {10, {}, {QStringLiteral("ALTER TABLE DFCPayments ALTER COLUMN UserNo TYPE integer")}},
     };
     return all;
 }

@@ -298,7 +298,8 @@ void DocumentScreen::clickSave() {
     // A date still being typed into an impossible one has not been left, so its field has not
     // refused it yet: the save does, rather than save the date the field held before.
     for (DateEdit* date : findChildren<DateEdit*>()) {
-        if (date->isEnabled() && !date->hasDateText()) {
+        // A grid's date cell refuses through the grid when committed, not here.
+        if (date->isEnabled() && !date->refusal().isEmpty() && !date->hasDateText()) {
             object(Objection::info(date->refusal(), date->objectName()));
             return;
         }

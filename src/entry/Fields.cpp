@@ -73,7 +73,7 @@ DateEdit::DateEdit(QWidget* parent) : QDateEdit(QDate::currentDate(), parent) {
     setDisplayFormat(kDateText);
     setCalendarPopup(true);
     m_refusal = new LeavingRefusal(this, [this] { return hasDateText(); });
-    m_refusal->setWords(QStringLiteral("Please provide a valid date."));
+    m_refusal->setWords(kInvalidDate);
     m_before = date();
 
     // The spin box reads its text section by section as the cursor moves, clamping a day

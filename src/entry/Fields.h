@@ -36,6 +36,9 @@ private:
     bool m_negative = false;
 };
 
+// What a date field (or a grid's date cell) says when left with no possible date in it.
+inline const QString kInvalidDate = QStringLiteral("Please provide a valid date.");
+
 // A date field (`Dtp*`): "dd/MM/yyyy", calendar popup, today when created.
 //
 // The text is edited as a whole date: a digit overwrites the one under the cursor, the cursor

@@ -9,6 +9,7 @@
 // Screens: each document screen adds its include here and its case in createScreen below.
 #include "arrivals/FrmArrivalsRate.h"
 #include "contracts/FrmPurchaseContract.h"
+#include "dfc/FrmPurchaseFromDFC.h"
 #include "invoices/FrmPurchaseInvoice.h"
 #include "production/FrmHourlyProduction.h"
 #include "production/FrmProduction.h"
@@ -37,6 +38,8 @@ ScreenMaker createScreen(Forms::Screen screen) {
         return &make<FrmProduction>;
     case Forms::Screen::HourlyProduction:
         return &make<FrmHourlyProduction>;
+    case Forms::Screen::PurchaseFromDFC:
+        return &make<FrmPurchaseFromDFC>;
     default:
         return nullptr;
     }

@@ -47,6 +47,14 @@ GridColumn GridColumn::lookupOf(const QString& caption, LookupList items, int wi
     return c;
 }
 
+GridColumn GridColumn::date(const QString& caption, int width) {
+    GridColumn c;
+    c.caption = caption;
+    c.width = width;
+    c.kind = Kind::Date;
+    return c;
+}
+
 GridColumn GridColumn::readOnly(const QString& caption, int width) {
     GridColumn c;
     c.caption = caption;
@@ -218,6 +226,9 @@ bool LineGridModel::editCell(int row, int column, const QString& text) {
         if (v < c.minimum || v > c.maximum)
             refusal = standardRefusal(column);
     }
+    if (c.kind == GridColumn::Kind::Date && !text.isEmpty() &&
+        !QDate::fromString(text, QString::fromLatin1(kDateFormat)).isValid())
+        refusal = Objection::info(kInvalidDate);
     if (!refusal && m_check)
         refusal = m_check(row, column, text);
     if (refusal) {
@@ -363,6 +374,14 @@ public:
             editor = e;
             break;
         }
+        case GridColumn::Kind::Date: {
+            auto* e = new DateEdit(parent);
+            // The grid refuses an impossible date when the cell is committed, in the same
+            // words; the field itself stays quiet, or the clerk would be told twice.
+            e->setRefusal(QString());
+            editor = e;
+            break;
+        }
         }
         if (!c.editorName.isEmpty())
             editor->setObjectName(c.editorName);
@@ -374,7 +393,11 @@ public:
 
     void setEditorData(QWidget* editor, const QModelIndex& index) const override {
         const QString text = index.data(Qt::EditRole).toString();
-        if (auto* combo = qobject_cast<LookupCombo*>(editor))
+        if (auto* day = qobject_cast<DateEdit*>(editor)) {
+            // An empty cell starts from today, as a new date field does.
+            const QDate shown = QDate::fromString(text, QString::fromLatin1(kDateFormat));
+            day->setDate(shown.isValid() ? shown : QDate::currentDate());
+        } else if (auto* combo = qobject_cast<LookupCombo*>(editor))
             combo->setText(text);
         else if (auto* line = qobject_cast<QLineEdit*>(editor))
             line->setText(text);
@@ -383,7 +406,9 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model,
                       const QModelIndex& index) const override {
         QString text;
-        if (auto* combo = qobject_cast<LookupCombo*>(editor)) {
+        if (auto* day = qobject_cast<DateEdit*>(editor)) {
+            text = day->text();
+        } else if (auto* combo = qobject_cast<LookupCombo*>(editor)) {
             combo->settleTypedText();
             text = combo->text();
         } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {

@@ -23,6 +23,7 @@ struct GridColumn {
         Text,     // free text
         Number,   // signed or unsigned decimal; see decimals and the range
         Lookup,   // chosen from `lookup` through a LookupCombo editor
+        Date,     // a day, shown and typed "dd/MM/yyyy" through a DateEdit editor
         ReadOnly, // filled by code only
     };
 
@@ -46,6 +47,8 @@ struct GridColumn {
     static GridColumn number(const QString& caption, int width = 70, int decimals = 2,
                              double minimum = 0, double maximum = 0);
     static GridColumn lookupOf(const QString& caption, LookupList items, int width = 90);
+    // A text that is no possible date is refused with "Please provide a valid date.".
+    static GridColumn date(const QString& caption, int width = 90);
     static GridColumn readOnly(const QString& caption, int width = 80);
     // The in-cell editor's objectName, for screens whose editors are named.
     GridColumn& named(const QString& name) {

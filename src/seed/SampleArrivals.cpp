@@ -3,6 +3,7 @@
 #include "arrivals/ArrivalStore.h"
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
+#include "seed/SampleDFC.h"
 
 #include <QDate>
 
@@ -72,7 +73,8 @@ struct Permit {
     qint64 commodityId = 0;
 };
 
-// A permit to arrive under: the first letter the sample holds, or one written here.
+// A permit to arrive under: the first letter the sample holds, after the sample's own DFC
+// payments when it holds none.
 Permit samplePermit(const Conn& conn) {
     Query q(conn,
             QStringLiteral("SELECT AuthorityLetters.CenterId, AuthorityLetters.PermitNo, "
@@ -84,23 +86,8 @@ Permit samplePermit(const Conn& conn) {
     if (q.next())
         return {toInt(q.value(0)), toText(q.value(1)), toInt(q.value(2))};
 
-    const qint64 payment = toInt(
-        scalar(conn, QStringLiteral("SELECT COALESCE(MAX(PaymentId), 0) + 1 FROM DFCPayments")));
-    const QDate day = QDate::currentDate().addDays(-15);
-    execute(conn,
-            QStringLiteral("INSERT INTO DFCPayments (PaymentId, PaymentDate, CommodityId, "
-                           "BankAccountNo, ChallanNo, NoOfBags, BagWeight, TotalWeight, "
-                           "RateUnitId, RatePerUnit, TTLValueWheet, BagsTypeId, BagsClassId, "
-                           "BagsQty, PricePerBag, TTLValueBags, Cost, BagsCost, UserNo, IsPosted) "
-                           "VALUES (?, ?, ?, '112001', 'CH-2231', 1000, 100, 100000, ?, 3900, "
-                           "9750000, ?, ?, 1000, 85, 85000, 97.5, 85, 1, 1)"),
-            {payment, day, kWheatGovernment, kMound, kPP100, kNew});
-    const QString letter = QStringLiteral(
-        "INSERT INTO AuthorityLetters (PaymentId, PermitNo, Date, CenterId, NoOfBags, BagWeight, "
-        "TotalWeight, IsWithBags) VALUES (?, ?, ?, ?, ?, 100, ?, 0)");
-    execute(conn, letter, {payment, QStringLiteral("OKR-2231/1"), day, 1, 600, 60000});
-    execute(conn, letter, {payment, QStringLiteral("OKR-2231/2"), day, 1, 400, 40000});
-    return {1, QStringLiteral("OKR-2231/1"), kWheatGovernment};
+    loadSampleDFCPayments(conn);
+    return samplePermit(conn);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "seed/SampleArrivals.h"
 #include "seed/SampleContracts.h"
+#include "seed/SampleDFC.h"
 #include "seed/SampleInvoices.h"
 #include "seed/SampleProduction.h"
 
@@ -211,6 +212,7 @@ void loadSampleMill(const Conn& conn) {
     // (contracts, arrivals, ...) through its store, in the order in which they depend on one
     // another; the stores' own transactions join this one.
     loadSampleContracts(conn);
+    loadSampleDFCPayments(conn);
     loadSampleArrivals(conn);
     loadSampleInvoices(conn);
     loadSampleProduction(conn);
