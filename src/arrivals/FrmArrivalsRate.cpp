@@ -37,13 +37,6 @@ ScreenTraits arrivalTraits() {
     return t;
 }
 
-QStringList names(const LookupList& list) {
-    QStringList out;
-    for (const LookupItem& item : list)
-        out << item.name;
-    return out;
-}
-
 } // namespace
 
 FrmArrivalsRate::FrmArrivalsRate(const Context& ctx, QWidget* parent)
@@ -433,8 +426,8 @@ ArrivalCellContext FrmArrivalsRate::cellContext() const {
     c.hasCenter = !m_cboPRCenter->text().isEmpty();
     c.remainingBags = m_txtRemainingBags->text();
     c.remainingWeight = m_txtRemainingWeight->text();
-    c.bagClasses = names(m_bagClasses);
-    c.bagTypes = names(m_bagTypes);
+    c.bagClasses = listNames(m_bagClasses);
+    c.bagTypes = listNames(m_bagTypes);
     return c;
 }
 

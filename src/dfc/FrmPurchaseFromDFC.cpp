@@ -130,13 +130,6 @@ private:
     std::function<void(const QPoint&)> m_onRelease;
 };
 
-QStringList names(const LookupList& list) {
-    QStringList out;
-    for (const LookupItem& item : list)
-        out << item.name;
-    return out;
-}
-
 } // namespace
 
 FrmPurchaseFromDFC::FrmPurchaseFromDFC(const Context& ctx, QWidget* parent)
@@ -391,7 +384,7 @@ void FrmPurchaseFromDFC::RecomputeGrossValue() {
 // ---- Letters --------------------------------------------------------------------------------
 
 std::optional<Objection> FrmPurchaseFromDFC::checkCell(int row, int column, const QString& text) {
-    return checkAuthorityCell(row, column, text, names(m_centres), m_grid->lines<AuthorityLine>());
+    return checkAuthorityCell(row, column, text, listNames(m_centres), m_grid->lines<AuthorityLine>());
 }
 
 void FrmPurchaseFromDFC::recompute(int row, int column) {

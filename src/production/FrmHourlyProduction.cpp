@@ -37,13 +37,6 @@ ScreenTraits hourlyTraits() {
     return t;
 }
 
-QStringList names(const LookupList& list) {
-    QStringList out;
-    for (const LookupItem& item : list)
-        out << item.name;
-    return out;
-}
-
 // The present time to the minute, as the field shows it.
 QDateTime thisMinute() {
     const QDateTime now = QDateTime::currentDateTime();
@@ -131,7 +124,7 @@ void FrmHourlyProduction::LoadHourlyCombos() {
 }
 
 HourlyLists FrmHourlyProduction::lists() const {
-    return HourlyLists{names(m_commodities), names(m_bagTypes), names(m_bagClasses)};
+    return HourlyLists{listNames(m_commodities), listNames(m_bagTypes), listNames(m_bagClasses)};
 }
 
 // ---- Modes and clearing ---------------------------------------------------------------------

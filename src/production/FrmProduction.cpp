@@ -42,13 +42,6 @@ ScreenTraits productionTraits() {
     return t;
 }
 
-QStringList names(const LookupList& list) {
-    QStringList out;
-    for (const LookupItem& item : list)
-        out << item.name;
-    return out;
-}
-
 qint64 keyOf(const LookupList& list, const QString& name) {
     return findKey(list, name).toLongLong();
 }
@@ -332,10 +325,10 @@ void FrmProduction::documentOpened() {
 
 ProductionLists FrmProduction::lists() const {
     ProductionLists l;
-    l.consumedCommodities = names(m_consumedCommodities);
-    l.producedCommodities = names(m_producedCommodities);
-    l.bagTypes = names(m_bagTypes);
-    l.bagClasses = names(m_bagClasses);
+    l.consumedCommodities = listNames(m_consumedCommodities);
+    l.producedCommodities = listNames(m_producedCommodities);
+    l.bagTypes = listNames(m_bagTypes);
+    l.bagClasses = listNames(m_bagClasses);
     return l;
 }
 

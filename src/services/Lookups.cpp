@@ -240,6 +240,13 @@ int indexOfName(const LookupList& list, const QString& text) {
     return -1;
 }
 
+QStringList listNames(const LookupList& list) {
+    QStringList out;
+    for (const LookupItem& item : list)
+        out << item.name;
+    return out;
+}
+
 QString findKey(const LookupList& list, const QString& text) {
     const int at = indexOfName(list, text);
     return at < 0 ? QStringLiteral("0") : list[std::size_t(at)].key;

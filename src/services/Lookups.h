@@ -73,6 +73,8 @@ QHash<QString, double> unitWeights(const Conn& conn);
 
 // The key of the first entry whose name is exactly `text`, or "0" (no choice) when none is.
 QString findKey(const LookupList& list, const QString& text);
+// The names of a list, in its order (what a grid's name check compares with).
+QStringList listNames(const LookupList& list);
 // The position of the first entry whose name is exactly `text`, or -1.
 int indexOfName(const LookupList& list, const QString& text);
 
