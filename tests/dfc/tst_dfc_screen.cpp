@@ -7,6 +7,7 @@
 #include "entry/LineGrid.h"
 #include "reports/Report.h"
 #include "support/Modals.h"
+#include "support/ScreenKeys.h"
 #include "widgets/LookupCombo.h"
 
 #include <QLineEdit>
@@ -20,91 +21,12 @@ using namespace gm::test;
 
 namespace {
 
-template <class W = QWidget> W* control(QWidget* screen, const QString& name) {
-    auto* w = screen->findChild<W*>(name);
-    if (!w)
-        qFatal("no control %s", qPrintable(name));
-    return w;
-}
-
-QString textOf(QWidget* screen, const QString& name) {
-    QWidget* w = control(screen, name);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        return c->currentText();
-    return qobject_cast<QLineEdit*>(w)->text();
-}
-
-// Into a field as a click would, replace its text by typing, leave with Enter (a Tab here).
-void typeInto(QWidget* screen, const QString& name, const QString& keys) {
-    QApplication::setActiveWindow(screen);
-    QWidget* w = control(screen, name);
-    w->setFocus(Qt::MouseFocusReason);
-    if (auto* c = qobject_cast<QComboBox*>(w))
-        c->lineEdit()->selectAll();
-    else
-        qobject_cast<QLineEdit*>(w)->selectAll();
-    QTest::keyClick(w, Qt::Key_Backspace);
-    QTest::keyClicks(w, keys);
-    QTest::keyClick(w, Qt::Key_Return);
-}
-
 // The name a list shows for a key, so that the test does not depend on how names are made.
 QString nameOfKey(QWidget* screen, const QString& combo, int key) {
     for (const LookupItem& item : control<LookupCombo>(screen, combo)->items())
         if (item.key == QString::number(key))
             return item.name;
     return {};
-}
-
-// A cell typed as the clerk does: F2 opens the editor, the text is typed over, Enter commits.
-void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
-    QApplication::setActiveWindow(grid->window());
-    grid->setFocus(Qt::MouseFocusReason);
-    grid->setCurrentIndex(grid->lines()->index(row, column));
-    QTest::keyClick(grid, Qt::Key_F2);
-    QWidget* editor = QApplication::focusWidget();
-    if (auto* inner = qobject_cast<QLineEdit*>(editor);
-        inner && qobject_cast<DateEdit*>(inner->parentWidget()))
-        editor = inner->parentWidget();
-    if (auto* day = qobject_cast<DateEdit*>(editor))
-        day->findChild<QLineEdit*>()->setCursorPosition(0);
-    else if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->selectAll();
-    else if (auto* combo = qobject_cast<QComboBox*>(editor))
-        combo->lineEdit()->selectAll();
-    QTest::keyClicks(editor, keys);
-    QTest::keyClick(editor, Qt::Key_Return);
-}
-
-// Leaves a refused cell as the clerk does, with Escape in its editor.
-void escapeCell(LineGrid* grid, const char* editorName) {
-    QWidget* editor = grid->findChild<QWidget*>(QString::fromLatin1(editorName));
-    QTest::keyClick(editor && editor->isVisible() ? editor : static_cast<QWidget*>(grid),
-                    Qt::Key_Escape);
-}
-
-void ctrl(QWidget* screen, Qt::Key key, Qt::KeyboardModifiers more = Qt::NoModifier) {
-    QApplication::setActiveWindow(screen);
-    QWidget* target = QApplication::focusWidget();
-    if (!target || target->window() != screen)
-        target = screen;
-    QTest::keyClick(target, key, Qt::ControlModifier | more);
-}
-
-// Runs the action, answering the boxes it opens in turn; what they showed.
-QList<Modals::Seen> answering(const QList<QMessageBox::StandardButton>& answers,
-                              const std::function<void()>& action) {
-    Modals m(answers);
-    action();
-    (void)QTest::qWaitFor([&m] { return m.done(); });
-    return m.seen();
-}
-
-QStringList textsOf(const QList<Modals::Seen>& seen) {
-    QStringList out;
-    for (const Modals::Seen& s : seen)
-        out << s.text;
-    return out;
 }
 
 const QString kSaveQuestion = QStringLiteral("Are you sure to save this invoice?");
@@ -226,21 +148,21 @@ void TestDFCScreen::paymentTypedWithTwoLettersSavedAndPrinted() {
     typeCell(grid, 0, ColLetterDate, QStringLiteral("15032025"));
     QCOMPARE(lines->cellText(0, ColLetterDate), QStringLiteral("15/03/2025"));
     typeCell(grid, 0, ColCenter, QStringLiteral("PR Centre Okara"));
-    const auto refused = [&](int column, const QString& keys, const char* editor) {
+    const auto refused = [&](int column, const QString& keys) {
         const auto seen = answering({QMessageBox::Ok}, [&] { typeCell(grid, 0, column, keys); });
-        escapeCell(grid, editor);
+        escapeCell(grid);
         return seen;
     };
-    const auto bags = refused(ColLetterBags, QStringLiteral("1000"), "TxtGrdNoOfBags");
+    const auto bags = refused(ColLetterBags, QStringLiteral("1000"));
     QCOMPARE(textsOf(bags), QStringList{kLetterBagsRange});
     QCOMPARE(bags.value(0).title, QStringLiteral("Alert"));
     QCOMPARE(bags.value(0).icon, QMessageBox::Information);
     typeCell(grid, 0, ColLetterBags, QStringLiteral("999"));
-    QCOMPARE(textsOf(refused(ColLetterBagWeight, QStringLiteral("10000"), "TxtGrdBagWeight")),
+    QCOMPARE(textsOf(refused(ColLetterBagWeight, QStringLiteral("10000"))),
              QStringList{kLetterWeightRange});
     typeCell(grid, 0, ColLetterBagWeight, QStringLiteral("10.25"));
     QCOMPARE(lines->cellText(0, ColLetterWeight), QStringLiteral("10240")); // 10239.75
-    QCOMPARE(textsOf(refused(ColLetterDate, QStringLiteral("31022025"), "DTpGrdDate")),
+    QCOMPARE(textsOf(refused(ColLetterDate, QStringLiteral("31022025"))),
              QStringList{kInvalidDate});
     QCOMPARE(lines->cellText(0, ColLetterDate), QStringLiteral("15/03/2025"));
 
@@ -249,7 +171,7 @@ void TestDFCScreen::paymentTypedWithTwoLettersSavedAndPrinted() {
         textsOf(answering({QMessageBox::Ok},
                           [&] { typeCell(grid, 1, ColCenter, QStringLiteral("pr centre ok")); })),
         QStringList{kCenterTwice});
-    escapeCell(grid, "CboPrCenters");
+    escapeCell(grid);
     typeCell(grid, 1, ColCenter, QStringLiteral("pr centre dep"));
     QCOMPARE(lines->cellText(1, ColCenter), QStringLiteral("PR Centre Depalpur"));
     typeCell(grid, 1, ColLetterBags, QStringLiteral("1"));
@@ -482,8 +404,9 @@ void TestDFCScreen::openedPaymentEditedAndRemovedBehindItsArrivals() {
     // Removal is refused while the arrival stands.
     (void)answering({QMessageBox::Yes}, [s] { ctrl(s, Qt::Key_L); });
     ctrl(s, Qt::Key_O);
-    const auto refusedRemoval = answering({QMessageBox::Yes, QMessageBox::Ok},
-                                          [s] { ctrl(s, Qt::Key_Delete, Qt::ShiftModifier); });
+    const auto refusedRemoval = answering({QMessageBox::Yes, QMessageBox::Ok}, [s] {
+        key(s, Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier);
+    });
     QCOMPARE(textsOf(refusedRemoval),
              QStringList({"Are you sure to remove this Invoice?",
                           "Cannot remove this invoice because it is used in (Arrivals) table"}));
@@ -507,9 +430,10 @@ void TestDFCScreen::openedPaymentEditedAndRemovedBehindItsArrivals() {
 
     // Once the arrival has gone, the payment goes too, and its quotas with it.
     ArrivalStore(*m_conn).remove(1);
-    QCOMPARE(
-        textsOf(answering({QMessageBox::Yes}, [s] { ctrl(s, Qt::Key_Delete, Qt::ShiftModifier); })),
-        QStringList({"Are you sure to remove this Invoice?"}));
+    QCOMPARE(textsOf(answering(
+                 {QMessageBox::Yes},
+                 [s] { key(s, Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier); })),
+             QStringList({"Are you sure to remove this Invoice?"}));
     QVERIFY(!store.exists(1));
     QCOMPARE(remainingAt(*m_conn, 1), QStringLiteral("0/0"));
     QCOMPARE(textOf(s, "TxtPaymentId"), QStringLiteral("1"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/Fields.h"
 #include "entry/LineGrid.h"
 #include "support/Modals.h"
 #include "widgets/LookupCombo.h"
@@ -59,7 +60,7 @@ inline void typeInto(QWidget* screen, const QString& name, const QString& keys) 
     QTest::keyClick(w, Qt::Key_Return);
 }
 
-// A cell typed as the clerk does: the first key opens the editor, Enter commits.
+// A cell typed as the clerk does: F2 opens the editor, the text is typed over, Enter commits.
 inline void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
     // A box that was answered may have left the screen without an active window.
     QApplication::setActiveWindow(grid->window());
@@ -67,7 +68,12 @@ inline void typeCell(LineGrid* grid, int row, int column, const QString& keys) {
     grid->setCurrentIndex(grid->lines()->index(row, column));
     QTest::keyClick(grid, Qt::Key_F2);
     QWidget* editor = QApplication::focusWidget();
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
+    if (auto* inner = qobject_cast<QLineEdit*>(editor);
+        inner && qobject_cast<DateEdit*>(inner->parentWidget()))
+        editor = inner->parentWidget();
+    if (auto* day = qobject_cast<DateEdit*>(editor))
+        day->findChild<QLineEdit*>()->setCursorPosition(0); // digits type over the date
+    else if (auto* line = qobject_cast<QLineEdit*>(editor))
         line->selectAll();
     else if (auto* combo = qobject_cast<QComboBox*>(editor))
         combo->lineEdit()->selectAll();
