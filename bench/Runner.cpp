@@ -82,12 +82,14 @@ Timing measure(const Action& a, const std::function<int()>& step, const RunOptio
             if (total.elapsed() > o.budgetMs)
                 break;
         }
-    } catch (const DbError& e) {
-        t.error = e.description().left(120).simplified();
+    } catch (const std::exception& e) {
+        // A store's refusal (Objected) ends the action as a failed statement does.
+        const auto* db = dynamic_cast<const DbError*>(&e);
+        t.error = (db ? db->description() : QString::fromUtf8(e.what())).left(120).simplified();
         if (a.after) {
             try {
                 a.after();
-            } catch (const DbError&) {
+            } catch (const std::exception&) {
             }
         }
         if (samples.empty())

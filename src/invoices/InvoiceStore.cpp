@@ -9,10 +9,12 @@
 
 #include <QDateTime>
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 #include <tuple>
 
 namespace gm {
@@ -163,6 +165,7 @@ public:
     // although the arrivals already put them in the table. Costing the lines of one invoice
     // is then the same in any order as costing them one invoice each.
     void post(const std::vector<Lot>& lots) {
+        read(lots);
         std::map<StockKey, double> toCome;
         for (const Lot& lot : lots) {
             toCome[wheatOf(lot)] += lot.weight;
@@ -174,11 +177,13 @@ public:
             toCome[bagsOf(lot)] -= lot.bags;
             move(bagsOf(lot), lot, lot.bags, lot.bagCost, toCome[bagsOf(lot)], Movement::Save);
         }
+        write();
     }
 
     // The exact inverse of post(): the lots taken out last first, each from the stock that
     // still holds it and the lots taken out before it no longer.
     void reverse(const std::vector<Lot>& lots) {
+        read(lots);
         std::map<StockKey, double> gone;
         for (auto it = lots.rbegin(); it != lots.rend(); ++it) {
             const Lot& lot = *it;
@@ -187,63 +192,151 @@ public:
             move(bagsOf(lot), lot, lot.bags, lot.bagCost, gone[bagsOf(lot)], Movement::Reversal);
             gone[bagsOf(lot)] += lot.bags;
         }
+        write();
     }
 
 private:
+    // A stock row as read before the lots move it; `cost` follows it from lot to lot.
+    struct Row {
+        double quantity = 0;
+        double cost = 0;
+        bool moved = false;
+    };
+    // One move of one row's cost, as the ledger keeps it.
+    struct Move {
+        StockKey key;
+        const Lot* lot = nullptr;
+        double quantity = 0;
+        double unitCost = 0;
+        double stock = 0;
+        double before = 0;
+        double after = 0;
+        bool save = true;
+        QString note;
+        QDateTime at;
+    };
+
+    // Each stock row the lots touch, read once. The rows are locked and nothing else writes
+    // them until the transaction ends, so one read, the costs carried from lot to lot here and
+    // one write per row leave what a read and a write per lot would: an invoice's save costs a
+    // few statements, not three for every line and stock row, which on a server are as many
+    // round trips. A row not found stays out and refuses the first lot that needs it.
+    void read(const std::vector<Lot>& lots) {
+        m_rows.clear();
+        m_moves.clear();
+        if (lots.empty())
+            return;
+        std::set<qint64> commodities;
+        std::set<StockKey> bags;
+        for (const Lot& lot : lots) {
+            commodities.insert(lot.commodityId);
+            bags.insert(bagsOf(lot));
+        }
+        QStringList marks;
+        for (size_t i = 0; i < commodities.size(); ++i)
+            marks << QStringLiteral("?");
+        Query wheat(m_conn, QStringLiteral("SELECT CommodityId, TotalWeight, Cost FROM "
+                                           "CurrentStock WHERE CommodityId IN (%1)")
+                                .arg(marks.join(QStringLiteral(", "))));
+        for (qint64 id : commodities)
+            wheat.bind(id);
+        wheat.exec();
+        while (wheat.next())
+            m_rows[StockKey{false, toInt(wheat.value(0)), 0, 0}] =
+                Row{toDouble(wheat.value(1)), toDouble(wheat.value(2))};
+        QStringList pairs;
+        for (size_t i = 0; i < bags.size(); ++i)
+            pairs << QStringLiteral("(BagsTypeId = ? AND BagsClassId = ?)");
+        Query bag(m_conn, QStringLiteral("SELECT BagsTypeId, BagsClassId, NoOfBags, Cost FROM "
+                                         "BagsCurrentStock WHERE %1")
+                              .arg(pairs.join(QStringLiteral(" OR "))));
+        for (const StockKey& k : bags)
+            bag.bind({k.bagsTypeId, k.bagsClassId});
+        bag.exec();
+        while (bag.next())
+            m_rows[StockKey{true, 0, toInt(bag.value(0)), toInt(bag.value(1))}] =
+                Row{toDouble(bag.value(2)), toDouble(bag.value(3))};
+    }
+
     // Moves one stock row's cost by one lot. `apart` is the quantity of the invoice's own
     // lots that the table holds but the formula must not count.
     void move(const StockKey& key, const Lot& lot, double quantity, double unitCost, double apart,
               Movement movement) {
-        Query read(m_conn, key.isBags()
-                               ? QStringLiteral("SELECT NoOfBags, Cost FROM BagsCurrentStock "
-                                                "WHERE BagsTypeId = ? AND BagsClassId = ?")
-                               : QStringLiteral("SELECT TotalWeight, Cost FROM CurrentStock "
-                                                "WHERE CommodityId = ?"));
-        if (key.isBags())
-            read.bind({key.bagsTypeId, key.bagsClassId});
-        else
-            read.bind(key.commodityId);
-        read.exec();
-        if (!read.next())
+        const auto found = m_rows.find(key);
+        if (found == m_rows.end())
             throw Objected(missingStock(key));
-        const double stock = roundHalfEven(toDouble(read.value(0)) - apart, 4);
-        const double before = toDouble(read.value(1));
-
-        double after = before;
-        QString note;
-        if (movement == Movement::Save) {
-            after = costAfterReceipt(stock, before, quantity, unitCost);
+        Row& row = found->second;
+        Move m;
+        m.key = key;
+        m.lot = &lot;
+        m.quantity = quantity;
+        m.unitCost = unitCost;
+        m.stock = roundHalfEven(row.quantity - apart, 4);
+        m.before = row.cost;
+        m.save = movement == Movement::Save;
+        if (m.save) {
+            m.after = costAfterReceipt(m.stock, m.before, quantity, unitCost);
         } else {
-            const CostReversal r = costAfterReversal(stock, before, quantity, unitCost);
-            after = r.cost;
-            note = r.note;
+            const CostReversal r = costAfterReversal(m.stock, m.before, quantity, unitCost);
+            m.after = r.cost;
+            m.note = r.note;
         }
+        m.at = QDateTime::currentDateTime();
+        row.cost = kept(m.after);
+        row.moved = true;
+        m_moves.push_back(std::move(m));
+    }
 
-        Query write(m_conn, key.isBags()
-                                ? QStringLiteral("UPDATE BagsCurrentStock SET Cost = ? "
-                                                 "WHERE BagsTypeId = ? AND BagsClassId = ?")
-                                : QStringLiteral("UPDATE CurrentStock SET Cost = ? "
-                                                 "WHERE CommodityId = ?"));
-        write.bind(after);
-        if (key.isBags())
-            write.bind({key.bagsTypeId, key.bagsClassId});
-        else
-            write.bind(key.commodityId);
-        write.exec();
-        if (write.numRowsAffected() != 1)
-            throw Objected(missingStock(key));
+    // The cost as the row hands it back once written: the server keeps ten decimals, SQLite
+    // the number itself. The next lot starts from that, as it would after a read.
+    double kept(double cost) const {
+        return m_conn.isPostgres() ? QString::number(cost, 'f', 10).toDouble() : cost;
+    }
 
-        Query(m_conn, QStringLiteral("INSERT INTO StockCostLedger (DocumentKind, DocumentId, "
-                                     "ArrivalId, VehicleNo, CommodityId, BagsTypeId, BagsClassId, "
-                                     "LotQuantity, LotCost, StockQuantity, CostBefore, CostAfter, "
-                                     "Movement, Note, EnteredAt, UserNo) "
-                                     "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"))
-            .bind({QStringLiteral("Purchase"), m_purchaseId, lot.arrivalId, lot.vehicleNo,
-                   nullKey(key.commodityId), nullKey(key.bagsTypeId), nullKey(key.bagsClassId),
-                   quantity, unitCost, stock, before, after,
-                   movement == Movement::Save ? QStringLiteral("Save") : QStringLiteral("Reversal"),
-                   nullIfEmpty(note), QDateTime::currentDateTime(), m_user})
-            .exec();
+    // Each moved row's last cost, then the ledger rows in the order of the moves, several to
+    // a statement.
+    void write() {
+        for (const auto& [key, row] : m_rows) {
+            if (!row.moved)
+                continue;
+            Query update(m_conn, key.isBags()
+                                     ? QStringLiteral("UPDATE BagsCurrentStock SET Cost = ? "
+                                                      "WHERE BagsTypeId = ? AND BagsClassId = ?")
+                                     : QStringLiteral("UPDATE CurrentStock SET Cost = ? "
+                                                      "WHERE CommodityId = ?"));
+            update.bind(row.cost);
+            if (key.isBags())
+                update.bind({key.bagsTypeId, key.bagsClassId});
+            else
+                update.bind(key.commodityId);
+            update.exec();
+            if (update.numRowsAffected() != 1)
+                throw Objected(missingStock(key));
+        }
+        constexpr size_t kRowsPerInsert = 10;
+        for (size_t from = 0; from < m_moves.size(); from += kRowsPerInsert) {
+            const size_t to = std::min(m_moves.size(), from + kRowsPerInsert);
+            QStringList rows;
+            for (size_t i = from; i < to; ++i)
+                rows << QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+            Query insert(m_conn, QStringLiteral("INSERT INTO StockCostLedger (DocumentKind, "
+                                                "DocumentId, ArrivalId, VehicleNo, CommodityId, "
+                                                "BagsTypeId, BagsClassId, LotQuantity, LotCost, "
+                                                "StockQuantity, CostBefore, CostAfter, Movement, "
+                                                "Note, EnteredAt, UserNo) VALUES %1")
+                                     .arg(rows.join(QStringLiteral(", "))));
+            for (size_t i = from; i < to; ++i) {
+                const Move& m = m_moves[i];
+                insert.bind({QStringLiteral("Purchase"), m_purchaseId, m.lot->arrivalId,
+                             m.lot->vehicleNo, nullKey(m.key.commodityId),
+                             nullKey(m.key.bagsTypeId), nullKey(m.key.bagsClassId), m.quantity,
+                             m.unitCost, m.stock, m.before, m.after,
+                             m.save ? QStringLiteral("Save") : QStringLiteral("Reversal"),
+                             nullIfEmpty(m.note), m.at, m_user});
+            }
+            insert.exec();
+        }
+        m_moves.clear();
     }
 
     // The arrivals' triggers make every stock row a lot needs; one that is missing is damage
@@ -279,6 +372,8 @@ private:
     qint64 m_purchaseId;
     qint16 m_user;
     QString m_action;
+    std::map<StockKey, Row> m_rows;
+    std::vector<Move> m_moves;
 };
 
 // The lines an invoice holds, with their costs as saved and their bags as arrived.
@@ -339,17 +434,30 @@ bool InvoiceStore::exists(qint64 purchaseId) const {
 }
 
 LookupList InvoiceStore::contracts() const {
-    return loadList(m_conn,
-                    QStringLiteral("SELECT pc.ContractId AS Name, "
-                                   "SellerName.AccountName || ' | ' || Cities.CityName AS ID "
-                                   "FROM PContracts pc "
-                                   "INNER JOIN Parties Seller ON pc.PartyId = Seller.PartyId "
-                                   "INNER JOIN ChartOfAccounts SellerName "
-                                   "ON Seller.PartyId = SellerName.AccountNo "
-                                   "INNER JOIN Cities ON Seller.CityId = Cities.CityId "
-                                   "WHERE EXISTS (SELECT 1 FROM Arrivals "
-                                   "WHERE Arrivals.ContractId = pc.ContractId) "
+    // Every contract with an arrival, tens of thousands after some years, against a few
+    // hundred sellers: each seller's "Name | City" is read once and set beside its contracts
+    // here, instead of three joins for every contract. A seller without a city has no such
+    // name, and its contracts are not offered.
+    QHash<QString, QString> sellers;
+    Query names(m_conn, QStringLiteral("SELECT p.PartyId, coa.AccountName || ' | ' || ci.CityName "
+                                       "FROM Parties p INNER JOIN ChartOfAccounts coa "
+                                       "ON coa.AccountNo = p.PartyId "
+                                       "INNER JOIN Cities ci ON ci.CityId = p.CityId"));
+    names.exec();
+    while (names.next())
+        sellers.insert(toText(names.value(0)), toText(names.value(1)));
+    Query q(m_conn, QStringLiteral("SELECT pc.ContractId, pc.PartyId FROM PContracts pc "
+                                   "WHERE EXISTS (SELECT 1 FROM Arrivals a "
+                                   "WHERE a.ContractId = pc.ContractId) "
                                    "ORDER BY pc.ContractId DESC"));
+    q.exec();
+    LookupList list;
+    while (q.next()) {
+        const auto seller = sellers.constFind(toText(q.value(1)));
+        if (seller != sellers.constEnd())
+            list.push_back({toText(q.value(0)), *seller});
+    }
+    return list;
 }
 
 std::optional<ContractOffer> InvoiceStore::linesOfContract(qint64 contractId) const {
@@ -555,23 +663,51 @@ void InvoiceStore::save(const InvoiceDocument& d, bool isNew) {
         arrivals << lot.arrivalId;
     tx.lockRows(QStringLiteral("Arrivals"), QStringLiteral("ArrivalId"), arrivals);
 
+    // Every vehicle of the lots' arrivals as the arrival holds it now, beside the invoice that
+    // took it, if another did: one statement for the whole invoice. The bags a vehicle brought
+    // are what the bag stock's cost moves by.
+    struct Arrived {
+        qint64 commodityId = 0;
+        qint64 bagsTypeId = 0;
+        qint64 bagsClassId = 0;
+        double bags = 0;
+        QVariant takenBy;
+    };
+    QHash<QString, Arrived> arrived;
+    auto vehicleKey = [](qint64 arrivalId, const QString& vehicleNo) {
+        return QString::number(arrivalId) + QLatin1Char('\n') + vehicleNo;
+    };
+    if (!lots.empty()) {
+        std::set<qint64> ids;
+        for (const Lot& lot : lots)
+            ids.insert(lot.arrivalId);
+        QStringList marks;
+        for (size_t i = 0; i < ids.size(); ++i)
+            marks << QStringLiteral("?");
+        Query q(m_conn, QStringLiteral("SELECT ab.ArrivalId, ab.VehicleNo, ab.CommodityId, "
+                                       "ab.BagsTypeId, ab.BagsClassId, ab.NoOfBags, pb.PurchaseId "
+                                       "FROM ArrivalsBody ab LEFT JOIN PurchaseBody pb "
+                                       "ON pb.ArrivalId = ab.ArrivalId "
+                                       "AND pb.VehicleNo = ab.VehicleNo AND pb.PurchaseId <> ? "
+                                       "WHERE ab.ArrivalId IN (%1)")
+                            .arg(marks.join(QStringLiteral(", "))));
+        q.bind(d.purchaseId);
+        for (qint64 id : ids)
+            q.bind(id);
+        q.exec();
+        while (q.next())
+            arrived.insert(vehicleKey(toInt(q.value(0)), toText(q.value(1))),
+                           Arrived{toInt(q.value(2)), toInt(q.value(3)), toInt(q.value(4)),
+                                   toDouble(q.value(5)),
+                                   q.value(6).isNull() ? QVariant() : q.value(6)});
+    }
     for (Lot& lot : lots) {
-        const QVariant takenBy = scalar(m_conn,
-                                        QStringLiteral("SELECT PurchaseId FROM PurchaseBody "
-                                                       "WHERE ArrivalId = ? AND VehicleNo = ? "
-                                                       "AND PurchaseId <> ?"),
-                                        {lot.arrivalId, lot.vehicleNo, d.purchaseId});
-        if (takenBy.isValid())
-            throw Objected(vehicleTaken(lot.vehicleNo, lot.arrivalId, toInt(takenBy))
+        const auto found = arrived.constFind(vehicleKey(lot.arrivalId, lot.vehicleNo));
+        if (found != arrived.constEnd() && found->takenBy.isValid())
+            throw Objected(vehicleTaken(lot.vehicleNo, lot.arrivalId, toInt(found->takenBy))
                                .inGrid(QStringLiteral("Grid"), lot.row, InvVehicleNo));
-        // The vehicle as its arrival holds it now: the bags it brought are what the bag
-        // stock's cost moves by.
-        Query vehicle(m_conn, QStringLiteral("SELECT CommodityId, BagsTypeId, BagsClassId, "
-                                             "NoOfBags FROM ArrivalsBody "
-                                             "WHERE ArrivalId = ? AND VehicleNo = ?"));
-        vehicle.bind({lot.arrivalId, lot.vehicleNo}).exec();
-        if (!vehicle.next() || toInt(vehicle.value(0)) != lot.commodityId ||
-            std::fabs(toDouble(vehicle.value(3)) - lot.bags) > 1e-6)
+        if (found == arrived.constEnd() || found->commodityId != lot.commodityId ||
+            std::fabs(found->bags - lot.bags) > 1e-6)
             throw Objected(
                 Objection::warning(QStringLiteral("Vehicle %1 of arrival %2 was changed or removed "
                                                   "after it was loaded. Please load the vehicles "
@@ -579,8 +715,8 @@ void InvoiceStore::save(const InvoiceDocument& d, bool isNew) {
                                        .arg(lot.vehicleNo)
                                        .arg(lot.arrivalId))
                     .inGrid(QStringLiteral("Grid"), lot.row, InvVehicleNo));
-        lot.bagsTypeId = toInt(vehicle.value(1));
-        lot.bagsClassId = toInt(vehicle.value(2));
+        lot.bagsTypeId = found->bagsTypeId;
+        lot.bagsClassId = found->bagsClassId;
     }
 
     // A number another clerk took since it was drawn is never written over.
@@ -619,29 +755,49 @@ void InvoiceStore::save(const InvoiceDocument& d, bool isNew) {
     execute(m_conn, QStringLiteral("DELETE FROM PurchaseBody WHERE PurchaseId = ?"),
             {d.purchaseId});
 
-    for (size_t i = 0; i < kept.size(); ++i) {
-        const InvoiceLine& l = kept[i];
-        Query insert(m_conn,
-                     QStringLiteral("INSERT INTO PurchaseBody (PurchaseId, ArrivalId, VehicleNo, "
-                                    "CommodityId, BagWeight, NoOfBags, TotalWeight, RateUnitId, "
-                                    "RatePerUnit, BagRate, TTLValue, Cost, BagsCost, IsWithBags, "
-                                    "BagsPurchased) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-                                    "0, 0) ON CONFLICT DO NOTHING"));
-        insert
-            .bind({d.purchaseId, l.arrivalId, l.vehicleNo, l.commodityId, double(l.bagWeight),
-                   double(l.bags), double(l.netWeight), nullKey(l.rateUnitId), double(l.rate),
-                   double(l.bagRate), double(l.value), lots[i].cost, lots[i].bagCost})
-            .exec();
-        // The vehicle's own key backs the check above, should anything have slipped past it.
-        if (insert.numRowsAffected() != 1)
-            throw Objected(vehicleTaken(l.vehicleNo, l.arrivalId,
-                                        toInt(scalar(m_conn,
-                                                     QStringLiteral("SELECT PurchaseId FROM "
-                                                                    "PurchaseBody WHERE "
-                                                                    "ArrivalId = ? AND "
-                                                                    "VehicleNo = ?"),
-                                                     {l.arrivalId, l.vehicleNo})))
-                               .inGrid(QStringLiteral("Grid"), lots[i].row, InvVehicleNo));
+    // The lines several to a statement. The vehicle's own key backs the check above, should
+    // anything have slipped past it: a line it kept out is named by the first line of the
+    // statement that is another invoice's, or this invoice's twice.
+    constexpr size_t kLinesPerInsert = 10;
+    QSet<QString> written;
+    for (size_t from = 0; from < kept.size(); from += kLinesPerInsert) {
+        const size_t to = std::min(kept.size(), from + kLinesPerInsert);
+        QStringList rows;
+        for (size_t i = from; i < to; ++i)
+            rows << QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 0, 0)");
+        Query insert(m_conn, QStringLiteral("INSERT INTO PurchaseBody (PurchaseId, ArrivalId, "
+                                            "VehicleNo, CommodityId, BagWeight, NoOfBags, "
+                                            "TotalWeight, RateUnitId, RatePerUnit, BagRate, "
+                                            "TTLValue, Cost, BagsCost, IsWithBags, "
+                                            "BagsPurchased) VALUES %1 ON CONFLICT DO NOTHING")
+                                 .arg(rows.join(QStringLiteral(", "))));
+        for (size_t i = from; i < to; ++i) {
+            const InvoiceLine& l = kept[i];
+            insert.bind({d.purchaseId, l.arrivalId, l.vehicleNo, l.commodityId, double(l.bagWeight),
+                         double(l.bags), double(l.netWeight), nullKey(l.rateUnitId), double(l.rate),
+                         double(l.bagRate), double(l.value), lots[i].cost, lots[i].bagCost});
+        }
+        insert.exec();
+        const bool allIn = insert.numRowsAffected() == int(to - from);
+        for (size_t i = from; i < to; ++i) {
+            const InvoiceLine& l = kept[i];
+            const QString key = vehicleKey(l.arrivalId, l.vehicleNo);
+            const bool twice = written.contains(key);
+            written.insert(key);
+            if (allIn)
+                continue;
+            const qint64 owner =
+                toInt(scalar(m_conn,
+                             QStringLiteral("SELECT PurchaseId FROM PurchaseBody WHERE "
+                                            "ArrivalId = ? AND VehicleNo = ?"),
+                             {l.arrivalId, l.vehicleNo}));
+            if (twice || owner != d.purchaseId)
+                throw Objected(vehicleTaken(l.vehicleNo, l.arrivalId, owner)
+                                   .inGrid(QStringLiteral("Grid"), lots[i].row, InvVehicleNo));
+        }
+        if (!allIn)
+            throw DbError(QStringLiteral("An invoice line was not written."),
+                          QStringLiteral("Purchase Invoice"));
     }
     costs.post(lots);
     tx.commit();

@@ -133,6 +133,7 @@ private Q_SLOTS:
     void editEqualsRemovalThenSave();
     void refusalsWriteNothing();
     void listsLoadAndPrint();
+    void contractListNewestFirst();
     void upgradeOpensTheLedger();
     void clerksSavingAtOnce();
     void sampleMillCostsAreTheStores();
@@ -448,6 +449,39 @@ void TestInvoiceStore::listsLoadAndPrint() {
 
 // A database whose stock already carried costs before the ledger: the upgrade opens each row's
 // chain where its cost stood, and invoices saved without their charge totals derive them.
+// The contract list sets each seller's name and city beside its contracts: newest first,
+// only contracts some arrival used, and none of a seller who has no city to show.
+void TestInvoiceStore::contractListNewestFirst() {
+    GM_REQUIRE_ENGINE();
+    auto conn = bareMill();
+    ArrivalStore arrivals(*conn);
+    const struct {
+        int contract;
+        const char* seller;
+        bool arrived;
+    } contracts[] = {{3, "6100002", true},
+                     {9, kSeller, true},
+                     {4, "6100004", true}, // Malik Tariq Farms: no city
+                     {12, kSeller, false},
+                     {7, "6100002", true}};
+    int arrivalId = 0;
+    for (const auto& c : contracts) {
+        insertContract(*conn, c.contract, QString::fromLatin1(c.seller), kWheatLocal);
+        if (!c.arrived)
+            continue;
+        ArrivalDocument a = freeArrival(++arrivalId, {vehicle("V-1", 10, 100)});
+        a.sellerId = QString::fromLatin1(c.seller);
+        a.contractId = c.contract;
+        arrivals.save(a, true);
+    }
+    QStringList shown;
+    for (const LookupItem& item : InvoiceStore(*conn).contracts())
+        shown << item.name + QStringLiteral(": ") + item.key;
+    QCOMPARE(shown, QStringList({"9: Haji Muhammad Aslam & Sons | Okara",
+                                 "7: Chaudhry Grain Traders | Sahiwal",
+                                 "3: Chaudhry Grain Traders | Sahiwal"}));
+}
+
 void TestInvoiceStore::upgradeOpensTheLedger() {
     GM_REQUIRE_ENGINE();
     auto conn = bareMill();
