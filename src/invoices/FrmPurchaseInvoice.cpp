@@ -485,6 +485,14 @@ void FrmPurchaseInvoice::showCharge(const ChargeFields& fields) {
 }
 
 InvoiceDocument FrmPurchaseInvoice::documentOnScreen() const {
+    InvoiceDocument d = enteredOnScreen();
+    const InvoiceFigures figures = computeInvoice(d);
+    d.commValue = figures.totals.commValue;
+    d.whTaxValue = figures.totals.whTaxValue;
+    return d;
+}
+
+InvoiceDocument FrmPurchaseInvoice::enteredOnScreen() const {
     InvoiceDocument d;
     d.purchaseId = int(leadingNumber(m_txtPurchaseId->text()));
     d.purchaseDate = m_dtpPurchaseDate->date();
@@ -504,14 +512,11 @@ InvoiceDocument FrmPurchaseInvoice::documentOnScreen() const {
     d.previousCredit = m_txtPreviousCredit->value();
     d.paidAmount = Figure::fromText(m_txtPaidAmount->text());
     d.lines = m_grid->lines<InvoiceLine>();
-    const InvoiceFigures figures = computeInvoice(d);
-    d.commValue = figures.totals.commValue;
-    d.whTaxValue = figures.totals.whTaxValue;
     return d;
 }
 
 void FrmPurchaseInvoice::refreshFigures() {
-    const InvoiceFigures f = computeInvoice(documentOnScreen());
+    const InvoiceFigures f = computeInvoice(enteredOnScreen());
     LineGridModel* model = m_grid->lines();
     const bool any = model->lineCount() > 0;
     const auto footer = [&](int column, Currency sum) {
@@ -586,7 +591,7 @@ void FrmPurchaseInvoice::saveDocument() {
 }
 
 void FrmPurchaseInvoice::printDocument() {
-    const InvoiceDocument shown = documentOnScreen();
+    const InvoiceDocument shown = enteredOnScreen();
     const auto saved = store().printData(int(leadingNumber(m_txtPurchaseId->text())));
     showReport(this,
                CrpPurchase(saved ? &*saved : nullptr, printFigures(shown, computeInvoice(shown)),

@@ -64,6 +64,8 @@ private:
     // Footers, gross, brokerage, commission, tax, net and payable from the invoice as it
     // stands: run after every change, so nothing shown is stale.
     void refreshFigures();
+    // What the clerk entered, without the figures worked out from it.
+    InvoiceDocument enteredOnScreen() const;
     void chargeTyped(ChargeFields& fields, bool totalSide);
     void showCharge(const ChargeFields& fields);
     std::optional<Objection> checkCell(int row, int column, const QString& text) const;

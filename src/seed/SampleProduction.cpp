@@ -19,8 +19,10 @@ QString nameOf(const Conn& conn, const char* sql, int key) {
     return toText(scalar(conn, QString::fromLatin1(sql), {key}));
 }
 
-ProductionLine line(const Conn& conn, int commodity, int bagsType, int bagsClass, double bags,
-                    double bagWeight, double cost = 0) {
+} // namespace
+
+ProductionLine productionLine(const Conn& conn, int commodity, int bagsType, int bagsClass,
+                              double bags, double bagWeight, double cost) {
     ProductionLine l;
     l.commodityId = commodity;
     l.bagsTypeId = bagsType;
@@ -37,8 +39,6 @@ ProductionLine line(const Conn& conn, int commodity, int bagsType, int bagsClass
     return l;
 }
 
-} // namespace
-
 void loadSampleProduction(const Conn& conn) {
     ProductionStore store(conn);
     const QDate today = QDate::currentDate();
@@ -49,10 +49,10 @@ void loadSampleProduction(const Conn& conn) {
     milling.factoryTime = 22.0;
     milling.productionExpense = 25000.0;
     milling.otherExpense = 5000.0;
-    milling.consumption = {
-        line(conn, kWheatLocal, kJute100, kNew, 100, 100, store.currentCost(kWheatLocal))};
-    milling.production = {line(conn, kFlour, kPP100, kNew, 70, 100),
-                          line(conn, kBran, kPP100, kNew, 28, 100)};
+    milling.consumption = {productionLine(conn, kWheatLocal, kJute100, kNew, 100, 100,
+                                          store.currentCost(kWheatLocal))};
+    milling.production = {productionLine(conn, kFlour, kPP100, kNew, 70, 100),
+                          productionLine(conn, kBran, kPP100, kNew, 28, 100)};
     milling.ratio = ratioOf(milling);
     store.save(milling);
 
@@ -64,11 +64,11 @@ void loadSampleProduction(const Conn& conn) {
     fine.productionExpense = 14000.0;
     fine.otherExpense = 2500.0;
     fine.addBardana = true;
-    fine.consumption = {
-        line(conn, kWheatLocal, kJute100, kUsed, 50, 100, store.currentCost(kWheatLocal))};
-    fine.production = {line(conn, kFineFlour, kPP50, kNew, 60, 50),
-                       line(conn, kSuji, kPP50, kNew, 20, 50),
-                       line(conn, kBran, kPP100, kNew, 9, 100)};
+    fine.consumption = {productionLine(conn, kWheatLocal, kJute100, kUsed, 50, 100,
+                                       store.currentCost(kWheatLocal))};
+    fine.production = {productionLine(conn, kFineFlour, kPP50, kNew, 60, 50),
+                       productionLine(conn, kSuji, kPP50, kNew, 20, 50),
+                       productionLine(conn, kBran, kPP100, kNew, 9, 100)};
     fine.ratio = ratioOf(fine);
     store.save(fine);
 }

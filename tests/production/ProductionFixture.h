@@ -3,6 +3,7 @@
 #include "datastore/Conn.h"
 #include "datastore/Sql.h"
 #include "production/ProductionLines.h"
+#include "seed/SampleProduction.h"
 #include "services/Numeric.h"
 
 #include <QDate>
@@ -46,28 +47,6 @@ inline qint64 rowsOfDay(const Conn& conn, const char* table, const QDate& date, 
                                        "AND ProcessId = ?")
                             .arg(QLatin1String(table)),
                         {date, process}));
-}
-
-inline QString nameOf(const Conn& conn, const char* sql, int key) {
-    return toText(scalar(conn, QString::fromLatin1(sql), {key}));
-}
-
-inline ProductionLine productionLine(const Conn& conn, int commodity, int bagsType, int bagsClass,
-                                     double bags, double bagWeight, double cost = 0) {
-    ProductionLine l;
-    l.commodityId = commodity;
-    l.bagsTypeId = bagsType;
-    l.bagsClassId = bagsClass;
-    l.commodity =
-        nameOf(conn, "SELECT CommodityName FROM Commodities WHERE CommodityId = ?", commodity);
-    l.bagsType = nameOf(conn, "SELECT BagsType FROM BagsTypes WHERE BagsTypeId = ?", bagsType);
-    l.bagsClass =
-        nameOf(conn, "SELECT BagsClass FROM BagsClasses WHERE BagsClassId = ?", bagsClass);
-    l.noOfBags = bags;
-    l.bagWeight = bagWeight;
-    l.weight = bags * bagWeight;
-    l.cost = cost;
-    return l;
 }
 
 // Four decimals, as the costs are compared.
